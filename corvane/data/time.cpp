@@ -1,0 +1,99 @@
+#include "corvane/data/time.h"
+
+#include <algorithm>
+#include <boost/date_time/posix_time/conversion.hpp>
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+#include <climits>
+#include <cstring>
+#include <ctime>
+#include <exception>
+
+#include "corvane/internal/number_text.h"
+
+namespace {
+
+constexpr std::size_t kTextLength = 19;  // "2004-07-01 13:45:00"
+
+boost::posix_time::ptime Epoch() { return boost::posix_time::ptime(boost::gregorian::date(1970, 1, 1)); }
+
+char* PutDigits(char* at, unsigned number, int digits) {
+  for (int i = digits - 1; i >= 0; --i, number /= 10) at[i] = static_cast<char>('0' + number % 10);
+  return at + digits;
+}
+
+// Never INT_MIN, which has no absolute value.
+int ReadNumber(char const* text, int position) {
+  return std::max(corvane::internal::TruncateToInt(corvane::internal::ParseInteger(text + position)), -INT_MAX);
+}
+
+bool InCalendar(int year, int month, int day) {
+  return year >= 1400 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 &&
+         day <= boost::gregorian::gregorian_calendar::end_of_month_day(static_cast<unsigned short>(year),
+                                                                       static_cast<unsigned short>(month));
+}
+
+}  // namespace
+
+ASTime::~ASTime() = default;
+
+bool ASTime::operator==(basic_type const& other) const { return Equals(other, "ASTime::operator == ()"); }
+bool ASTime::operator<(basic_type const& other) const { return Less(other, "ASTime::operator < ()"); }
+void ASTime::copy(basic_type const& other) { Assign(other, "ASTime::copy()"); }
+int ASTime::GetDBType() const { return corvane::kDbTime; }
+
+Str ASTime::getstr() const {
+  if (IsNull() != 0) return "NULL";
+  boost::posix_time::ptime const time = Epoch() + boost::posix_time::seconds(static_cast<int>(*this));
+  boost::gregorian::date::ymd_type const day = time.date().year_month_day();
+  boost::posix_time::time_duration const clock = time.time_of_day();
+  Str text;
+  text.AppendWith(kTextLength, [&](char* at) {
+    at = PutDigits(at, static_cast<unsigned short>(day.year), 4);
+    *at++ = '-';
+    at = PutDigits(at, static_cast<unsigned short>(day.month), 2);
+    *at++ = '-';
+    at = PutDigits(at, static_cast<unsigned short>(day.day), 2);
+    *at++ = ' ';
+    at = PutDigits(at, static_cast<unsigned>(clock.hours()), 2);
+    *at++ = ':';
+    at = PutDigits(at, static_cast<unsigned>(clock.minutes()), 2);
+    *at++ = ':';
+    PutDigits(at, static_cast<unsigned>(clock.seconds()), 2);
+    return kTextLength;
+  });
+  return text;
+}
+
+ASTime& ASTime::operator=(long seconds) { return *this = Int(corvane::internal::TruncateToInt(seconds)); }
+
+ASTime& ASTime::operator=(int const& seconds) { return *this = Int(seconds); }
+
+ASTime& ASTime::operator=(Int const& other) {
+  ASInt::operator=(other);
+  return *this;
+}
+
+ASTime& ASTime::operator=(ASInt const& other) { return *this = static_cast<Int const&>(other); }
+
+int ASTime::YYMMDDtoInt(char const* text) {
+  if (text == nullptr || strnlen(text, kTextLength) < kTextLength) return kNull;
+  int const year = ReadNumber(text, 0);
+  int const month = ReadNumber(text, 5);
+  int const day = ReadNumber(text, 8);
+  // Asked here and not left to the calendar's exceptions: it would first cut the numbers to 16 bits.
+  if (!InCalendar(year, month, day)) return kNull;
+  std::tm parts{};
+  parts.tm_year = year - 1900;
+  parts.tm_mon = month - 1;
+  parts.tm_mday = day;
+  parts.tm_hour = ReadNumber(text, 11);
+  parts.tm_min = ReadNumber(text, 14);
+  parts.tm_sec = ReadNumber(text, 17);
+  parts.tm_isdst = -1;
+  try {
+    boost::posix_time::time_duration const since = boost::posix_time::ptime_from_tm(parts) - Epoch();
+    return corvane::internal::TruncateToInt(since.ticks() / boost::posix_time::time_duration::ticks_per_second());
+  } catch (std::exception const&) {  // hours beyond the end of the calendar
+    return kNull;
+  }
+}

@@ -1,0 +1,52 @@
+#ifndef CORVANE_DATA_TIME_H
+#define CORVANE_DATA_TIME_H
+
+#include <type_traits>
+
+#include "corvane/data/int.h"
+
+/// A date-time column: seconds since 1970-01-01 00:00:00 UTC as a signed 32-bit number, 1901-12-13 20:45:53 to
+/// 2038-01-19 03:14:07; NULL is 0x80000000. No time zone is ever applied. A later or earlier time is truncated to
+/// 32 bits: 9999-12-31 23:59:59 reads as a time in 1969. Keep far dates in an ASStr.
+class CORVANE_API ASTime : public ASInt {
+ public:
+  /// NULL.
+  ASTime() = default;
+  explicit ASTime(int seconds) { Int::operator=(seconds); }
+  /// Copies the value and the binding.
+  ASTime(ASTime const&) = default;
+  ~ASTime() override;
+
+  bool operator==(basic_type const& other) const override;
+  bool operator<(basic_type const& other) const override;
+  void copy(basic_type const& other) override;
+  /// corvane::kDbTime (100).
+  int GetDBType() const override;
+  /// "2004-07-01 13:45:00"; "NULL" when NULL.
+  Str getstr() const override;
+
+  /// Truncates to 32 bits.
+  virtual ASTime& operator=(long seconds);
+  virtual ASTime& operator=(int const& seconds);
+  ASTime& operator=(Int const& other) override;
+  ASTime& operator=(ASInt const& other) override;
+
+  ASTime& operator=(ASTime const& other) { return *this = static_cast<Int const&>(other); }
+  template <class T,
+            std::enable_if_t<
+                std::is_integral<T>::value && !std::is_same<T, int>::value && !std::is_same<T, long>::value, int> = 0>
+  ASTime& operator=(T seconds) {
+    return *this = static_cast<long>(seconds);
+  }
+  bool operator==(ASTime const& other) const { return *this == static_cast<Int const&>(other); }
+  using ASInt::operator==;
+  using ASInt::operator<;
+
+  /// The seconds of a text of the form "2004-07-01 13:45:00" (UTC): six decimal numbers are read at the positions 0,
+  /// 5, 8, 11, 14 and 17; what stands between them is not looked at, and what follows is dropped. 0x80000000 (NULL) for
+  /// a null pointer, a text of 18 characters or fewer, and a date outside the calendar (years 1400 to 9999).
+  /// Hours, minutes and seconds beyond their range roll over. The result is truncated to 32 bits. Throws nothing.
+  static int YYMMDDtoInt(char const* text);
+};
+
+#endif

@@ -1,0 +1,103 @@
+#ifndef CORVANE_DATA_VALUE_DOUBLE_H
+#define CORVANE_DATA_VALUE_DOUBLE_H
+
+#include <limits>
+#include <type_traits>
+
+#include "corvane/data/value/mixed_arithmetic.h"
+#include "corvane/data/value/numeric.h"
+#include "corvane/data/value/str.h"
+
+/// A double-precision number. NULL is the lowest finite double (bits 0xFFEFFFFFFFFFFFFF, -1.7976931348623157e+308)
+/// itself, which can therefore never be held as a number. Arithmetic with a NULL gives NULL, else what IEEE 754 gives,
+/// infinities and NaN included; these have no SQL form, and the statement builders throw for them.
+class CORVANE_API Double : public virtual numeric {
+ public:
+  using Scalar = double;
+  static constexpr char const* kName = "Double";
+  static constexpr double kNull = std::numeric_limits<double>::lowest();
+
+  /// NULL.
+  Double() = default;
+  Double(double value) : value_(value) {}
+  /// From a plain number of another type, or a value of another type, whose NULL is carried over. What does not fit
+  /// throws as in mixed_arithmetic.h; a fraction is truncated toward zero.
+  template <class T, corvane::PlainMixedT<Double, T>* = nullptr>
+  Double(T number) : Double(corvane::Converted<Double>(number)) {}
+  template <class T, corvane::ValueMixedT<Double, T>* = nullptr>
+  explicit Double(T const& number) : Double(corvane::Converted<Double>(number)) {}
+  Double(Double const&) = default;
+  ~Double() override;
+
+  Double& operator=(Double const& other) {
+    value_ = other.value_;
+    return *this;
+  }
+  template <class T, std::enable_if_t<std::is_arithmetic<T>::value, int> = 0>
+  Double& operator=(T value) {
+    value_ = static_cast<double>(value);
+    return *this;
+  }
+  /// The stored number.
+  operator double() const { return value_; }
+
+  Double operator+(Double const& other) const;
+  Double operator-(Double const& other) const;
+  Double operator*(Double const& other) const;
+  Double operator/(Double const& other) const;
+  Double operator+(double other) const { return *this + Double(other); }
+  Double operator-(double other) const { return *this - Double(other); }
+  Double operator*(double other) const { return *this * Double(other); }
+  Double operator/(double other) const { return *this / Double(other); }
+  Double operator+() const { return value_; }
+  Double operator-() const;
+
+  Double& operator+=(Double const& other) { return *this = *this + other; }
+  Double& operator-=(Double const& other) { return *this = *this - other; }
+  Double& operator*=(Double const& other) { return *this = *this * other; }
+  Double& operator/=(Double const& other) { return *this = *this / other; }
+  Double& operator+=(double other) { return *this += Double(other); }
+  Double& operator-=(double other) { return *this -= Double(other); }
+  Double& operator*=(double other) { return *this *= Double(other); }
+  Double& operator/=(double other) { return *this /= Double(other); }
+
+  /// As doubles compare, a NaN equals nothing and lies nowhere; but a NULL lies before every number, -infinity too.
+  bool operator==(Double const& other) const { return value_ == other.value_; }
+  bool operator==(double other) const { return value_ == other; }
+  bool operator<(Double const& other) const { return *this < other.value_; }
+  bool operator<(double other) const {
+    return value_ == kNull || other == kNull ? value_ == kNull && other != kNull : value_ < other;
+  }
+  bool operator>(Double const& other) const { return Double(other) < *this; }
+  bool operator<=(Double const& other) const { return *this < other || *this == other; }
+  bool operator>=(Double const& other) const { return *this > other || *this == other; }
+  bool operator>(double other) const { return Double(other) < *this; }
+  bool operator<=(double other) const { return *this < other || *this == other; }
+  bool operator>=(double other) const { return *this > other || *this == other; }
+  /// As ordered sets need it: a NaN counts as NULL.
+  bool operator==(basic_type const& other) const override;
+  bool operator<(basic_type const& other) const override;
+
+  int IsNull() const override;
+  void SetNull() override;
+  /// 8.
+  int GetSize() const override;
+  /// corvane::kTypeDouble (2).
+  int GetType() const override;
+  /// The stored number as `Str << double` writes it, NULL included.
+  Str getstr() const override;
+  /// The address of the double.
+  void* voidptr() const override;
+  void copy(basic_type const& other) override;
+
+ protected:
+  // For the columns, which name themselves in what they throw.
+  bool Equals(basic_type const& other, char const* operation) const;
+  bool Less(basic_type const& other, char const* operation) const;
+  void Assign(basic_type const& other, char const* operation);
+
+ private:
+  double value_ = kNull;
+};
+
+#endif

@@ -1,0 +1,100 @@
+#ifndef CORVANE_DATA_VALUE_INT_H
+#define CORVANE_DATA_VALUE_INT_H
+
+#include <limits>
+#include <type_traits>
+
+#include "corvane/data/value/double.h"
+#include "corvane/data/value/mixed_arithmetic.h"
+#include "corvane/data/value/narrow.h"
+#include "corvane/data/value/numeric.h"
+#include "corvane/data/value/str.h"
+
+/// A signed 32-bit number. NULL is the value 0x80000000 (-2147483648) itself, which can therefore never be held as a
+/// number. Arithmetic with a NULL gives NULL; so does a division by zero; other overflow wraps. Throws nothing but
+/// what is said of basic_type and of mixed_arithmetic.h.
+class CORVANE_API Int : public virtual numeric {
+ public:
+  using Scalar = int;
+  static constexpr char const* kName = "Int";
+  static constexpr int kNull = std::numeric_limits<int>::min();
+
+  /// NULL.
+  Int() = default;
+  Int(int value) : value_(value) {}
+  /// From a plain number of another type, or a value of another type, whose NULL is carried over. What does not fit
+  /// throws as in mixed_arithmetic.h; a fraction is truncated toward zero.
+  template <class T, corvane::PlainMixedT<Int, T>* = nullptr>
+  Int(T number) : Int(corvane::Converted<Int>(number)) {}
+  template <class T, corvane::ValueMixedT<Int, T>* = nullptr>
+  explicit Int(T const& number) : Int(corvane::Converted<Int>(number)) {}
+  Int(Int const&) = default;
+  ~Int() override;
+
+  Int& operator=(Int const& other) {
+    value_ = other.value_;
+    return *this;
+  }
+  template <class T, std::enable_if_t<std::is_integral<T>::value, int> = 0>
+  Int& operator=(T value) {
+    value_ = corvane::Narrow<Int>(value);
+    return *this;
+  }
+  /// The number; -2147483648 when NULL.
+  operator int() const { return value_; }
+
+  Int operator+(Int const& other) const;
+  Int operator-(Int const& other) const;
+  Int operator*(Int const& other) const;
+  Int operator/(Int const& other) const;
+  Int operator+(int other) const { return *this + Int(other); }
+  Int operator-(int other) const { return *this - Int(other); }
+  Int operator*(int other) const { return *this * Int(other); }
+  Int operator/(int other) const { return *this / Int(other); }
+  Int operator+() const { return value_; }
+  Int operator-() const;
+
+  Int& operator+=(Int const& other) { return *this = *this + other; }
+  Int& operator-=(Int const& other) { return *this = *this - other; }
+  Int& operator*=(Int const& other) { return *this = *this * other; }
+  Int& operator/=(Int const& other) { return *this = *this / other; }
+  Int& operator+=(int other) { return *this += Int(other); }
+  Int& operator-=(int other) { return *this -= Int(other); }
+  Int& operator*=(int other) { return *this *= Int(other); }
+  Int& operator/=(int other) { return *this /= Int(other); }
+
+  Int& operator++() { return *this += 1; }
+  Int operator++(int);
+  Int& operator--() { return *this -= 1; }
+  Int operator--(int);
+
+  bool operator==(Int const& other) const { return value_ == other.value_; }
+  bool operator==(int other) const { return value_ == other; }
+  bool operator<(Int const& other) const { return value_ < other.value_; }
+  bool operator<(int other) const { return value_ < other; }
+  bool operator==(basic_type const& other) const override;
+  bool operator<(basic_type const& other) const override;
+
+  int IsNull() const override;
+  void SetNull() override;
+  /// 4.
+  int GetSize() const override;
+  /// corvane::kTypeInt (1).
+  int GetType() const override;
+  /// The stored number in decimal; "-2147483648" when NULL, which as a key matches no row.
+  Str getstr() const override;
+  /// The address of the int.
+  void* voidptr() const override;
+  void copy(basic_type const& other) override;
+
+ protected:
+  // For the columns, which name themselves in what they throw.
+  bool Equals(basic_type const& other, char const* operation) const;
+  bool Less(basic_type const& other, char const* operation) const;
+  void Assign(basic_type const& other, char const* operation);
+
+ private:
+  int value_ = kNull;
+};
+
+#endif

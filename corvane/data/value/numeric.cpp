@@ -1,0 +1,3 @@
+#include "corvane/data/value/numeric.h"
+
+numeric::~numeric() = default;

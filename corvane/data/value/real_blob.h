@@ -1,0 +1,65 @@
+#ifndef CORVANE_DATA_VALUE_REAL_BLOB_H
+#define CORVANE_DATA_VALUE_REAL_BLOB_H
+
+#include <cstdint>
+
+#include "corvane/data/value/basic_type.h"
+#include "corvane/data/value/str.h"
+
+/// Whether a RealBlob takes a copy of the bytes it is built from or borrows them.
+enum CpFlag {
+  NoCopy = 0,  ///< borrowed: the caller keeps and frees them, and they must outlive the value
+  Copy = 1     ///< copied: the value owns its copy
+};
+
+/// What a RealBlob points to.
+struct BlobData {
+  std::uint32_t length = 0;  ///< in bytes
+  void* bytes = nullptr;
+  std::int32_t owned = 1;  ///< 1: the bytes are freed with the descriptor; 0: borrowed, never freed
+};
+
+/// A large binary value: a descriptor of up to 4 GiB of bytes. NULL is the absent descriptor; a descriptor of length 0
+/// is an empty value, not NULL. Copying and assignment always duplicate the bytes. Memory exhaustion throws
+/// std::bad_alloc; the value is then unchanged.
+class CORVANE_API RealBlob : public virtual basic_type {
+ public:
+  /// NULL.
+  RealBlob() = default;
+  /// `length` bytes from `bytes`; when `bytes` is null as many zero bytes, owned whatever the flag says.
+  RealBlob(unsigned length, void const* bytes, CpFlag flag = Copy);
+  RealBlob(RealBlob const& other);
+  ~RealBlob() override;
+
+  RealBlob& operator=(RealBlob const& other);
+
+  /// The length in bytes, 0 when NULL.
+  unsigned Length() const { return data_ != nullptr ? data_->length : 0; }
+
+  /// Ordered by length, then byte by byte.
+  bool operator==(RealBlob const& other) const;
+  bool operator!=(RealBlob const& other) const { return !(*this == other); }
+  bool operator<(RealBlob const& other) const;
+  bool operator==(basic_type const& other) const override;
+  bool operator<(basic_type const& other) const override;
+  /// Throws AException "Incompatible types for RealBlob::operator != (). " for a value of another type.
+  bool operator!=(basic_type const& other) const;
+
+  int IsNull() const override;
+  /// Drops the descriptor, and the bytes when they are owned.
+  void SetNull() override;
+  /// Length(), at most INT_MAX.
+  int GetSize() const override;
+  /// corvane::kTypeRealBlob (14).
+  int GetType() const override;
+  /// "BLOB", whatever the bytes.
+  Str getstr() const override;
+  /// The bytes; a null pointer when NULL or empty.
+  void* voidptr() const override;
+  void copy(basic_type const& other) override;
+
+ private:
+  BlobData* data_ = nullptr;  // owned
+};
+
+#endif

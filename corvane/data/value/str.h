@@ -1,0 +1,183 @@
+#ifndef CORVANE_DATA_VALUE_STR_H
+#define CORVANE_DATA_VALUE_STR_H
+
+#include <cstddef>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "corvane/data/value/basic_type.h"
+
+/// The text type in which statements, names and messages are built, by appending with `<<`.
+///
+/// A Str is null (no text) or holds a text of any bytes, NUL included, always followed by a terminating NUL.
+/// A null Str and an empty one are equal as texts in every comparison; only IsNull() tells them apart.
+/// Lengths and positions are bytes. A text longer than INT_MAX throws AException
+/// "Text is too long for Str. "; memory exhaustion throws std::bad_alloc; the text is then unchanged.
+class CORVANE_API Str : public virtual basic_type {
+ public:
+  /// Null.
+  Str() noexcept {}
+  /// Copies the NUL-terminated text; null for a null pointer.
+  Str(char const* text);
+  /// Copies `length` bytes, never null; `bytes` may be null when `length` is 0.
+  Str(char const* bytes, std::size_t length);
+  Str(Str const& other);
+  Str(Str&& other);
+  /// Empty (not null), with room for `capacity` bytes; a negative capacity counts as 0.
+  explicit Str(int capacity);
+  /// Copies the whole standard string, never null. A template of exactly std::string, so that a braced pair of
+  /// literals is never taken for one.
+  template <class S, std::enable_if_t<std::is_same<S, std::string>::value, int> = 0>
+  Str(S const& text) : Str(text.data(), text.size()) {}
+  ~Str() override;
+
+  Str& operator=(char const* text);
+  Str& operator=(Str const& other);
+  Str& operator=(Str&& other);
+
+  /// Each appends and returns the text itself. A null pointer or null Str appends nothing; anything else makes a
+  /// null text non-null. Integers are written in decimal. Doubles are written with the fewest digits that read back
+  /// as the same number: plain decimal notation for 0 and 1e-6 <= |x| < 1e17, with an exponent outside that range
+  /// ("1e+17"); never dependent on the locale. A text may be appended to itself.
+  Str& operator<<(char const* text);
+  Str& operator<<(Str const& text);
+  Str& operator<<(char c);
+  Str& operator<<(double number);
+  Str& operator<<(int number);
+  Str& operator<<(unsigned number);
+  Str& operator<<(long number);
+  Str& operator<<(unsigned long number);
+  Str& operator<<(long long number);
+  Str& operator<<(unsigned long long number);
+
+  /// Appends `length` bytes as they stand.
+  Str& Append(char const* bytes, std::size_t length);
+  /// Makes room for `extra` more bytes, calls `write(char* at)`, which returns how many bytes it wrote there
+  /// (at most `extra`), and takes these into the text. For appending without a temporary.
+  template <class Writer>
+  Str& AppendWith(std::size_t extra, Writer&& write);
+  /// Makes room for a text of `length` bytes in all. A null text becomes an empty one.
+  void Reserve(std::size_t length);
+
+  /// A new text: null when both sides are.
+  Str operator+(char const* text) const;
+  Str operator+(Str const& text) const;
+  Str operator+(char c) const;
+  Str operator+(int) const = delete;  // neither a digit nor pointer arithmetic: append with `<<`
+
+  /// Byte-wise comparisons; a null text or null pointer counts as the empty text.
+  bool operator==(char const* text) const { return View() == Viewed(text); }
+  bool operator!=(char const* text) const { return View() != Viewed(text); }
+  bool operator<(char const* text) const { return View() < Viewed(text); }
+  bool operator>(char const* text) const { return View() > Viewed(text); }
+  bool operator<=(char const* text) const { return View() <= Viewed(text); }
+  bool operator>=(char const* text) const { return View() >= Viewed(text); }
+  bool operator==(Str const& text) const { return View() == text.View(); }
+  bool operator!=(Str const& text) const { return View() != text.View(); }
+  bool operator<(Str const& text) const { return View() < text.View(); }
+  bool operator>(Str const& text) const { return View() > text.View(); }
+  bool operator<=(Str const& text) const { return View() <= text.View(); }
+  bool operator>=(Str const& text) const { return View() >= text.View(); }
+  /// As basic_type gives them; the other value must be of type 12.
+  bool operator==(basic_type const& other) const override;
+  bool operator<(basic_type const& other) const override;
+  bool operator!=(basic_type const& other) const { return !(*this == other); }
+
+  /// The text, NUL-terminated; of a null Str an empty text, never a null pointer. Valid until the next change.
+  char const* str() const { return text_ != nullptr ? text_ : ""; }
+  char const* c_str() const { return str(); }
+  operator char const*() const { return str(); }
+  std::string_view View() const { return {str(), Length()}; }
+  std::string ToString() const { return std::string(View()); }
+
+  /// Length in bytes; 0 when null.
+  int length() const { return static_cast<int>(Length()); }
+  /// 0-based position of the first `what` at or after `from`, or -1. An empty or null `what` is never found.
+  int findStr(char const* what, unsigned from = 0) const;
+  /// The bytes from position `first` to position `last`, both inclusive, clamped to the text;
+  /// empty when `last` lies before `first`.
+  Str getInterval(int first, int last) const;
+  /// The bytes from position `from` up to, not including, the next `delimiter`; all the rest when there is none
+  /// (or when it is empty); empty when `from` lies past the end. A negative `from` counts as 0.
+  Str getUntil(Str const& delimiter, int from) const;
+  /// A copy with the letters A to Z in lower case (ASCII only); this text is unchanged.
+  Str toLower() const;
+  /// Replaces every `from` in `text` by `to`, going on behind the inserted text. An empty `from` changes nothing.
+  static void strReplace(Str& text, Str const& from, Str const& to);
+  /// strReplace(*this, from, to); returns the text itself.
+  Str& replaceStr(Str const& from, Str const& to);
+
+  int IsNull() const override;
+  /// Drops the text.
+  void SetNull() override;
+  /// The length in bytes.
+  int GetSize() const override;
+  /// corvane::kTypeStr (12).
+  int GetType() const override;
+  /// A copy.
+  Str getstr() const override;
+  /// The text, or a null pointer when null.
+  void* voidptr() const override;
+  void copy(basic_type const& other) override;
+
+ protected:
+  struct InPlace {};
+  /// For columns, whose buffer is filled in place: a NULL text over a zero-filled buffer of `capacity` + 1 bytes that
+  /// is never replaced, shrunk or outgrown; whatever is written through the members above is cut at `capacity`, and
+  /// the length is that up to the first NUL, however it got there.
+  Str(InPlace, std::size_t capacity);
+  char* Buffer() const { return text_; }
+  /// Sets the null state of an in-place text; the bytes stay.
+  void MarkNull(bool null) { null_ = null; }
+  /// Replaces the text by `length` bytes, which may lie in it; never null afterwards.
+  void Assign(char const* bytes, std::size_t length);
+
+ private:
+  static std::string_view Viewed(char const* text) {
+    return text != nullptr ? std::string_view(text) : std::string_view();
+  }
+  bool Null() const { return inPlace_ ? null_ : text_ == nullptr; }
+  std::size_t Length() const { return inPlace_ ? InPlaceLength() : length_; }
+  std::size_t InPlaceLength() const;
+  Str& AppendInPlace(char const* bytes, std::size_t length);
+  int Find(std::string_view what, std::size_t from) const;
+  void Grow(std::size_t length);
+  char* Extend(std::size_t extra);
+  void Swap(Str& other) noexcept;
+
+  char* text_ = nullptr;      // owned (malloc); capacity_ + 1 bytes
+  std::size_t length_ = 0;    // not used by an in-place text
+  std::size_t capacity_ = 0;  // bytes that fit before the terminating NUL
+  bool inPlace_ = false;
+  bool null_ = true;  // of an in-place text only; else a text is null when it has no buffer
+};
+
+CORVANE_API Str operator+(char const* left, Str const& right);
+Str operator+(int, Str const&) = delete;
+inline bool operator==(char const* left, Str const& right) { return right == left; }
+inline bool operator!=(char const* left, Str const& right) { return right != left; }
+inline bool operator<(char const* left, Str const& right) { return right > left; }
+inline bool operator>(char const* left, Str const& right) { return right < left; }
+inline bool operator<=(char const* left, Str const& right) { return right >= left; }
+inline bool operator>=(char const* left, Str const& right) { return right <= left; }
+/// Writes the bytes of the text; nothing for a null one.
+CORVANE_API std::ostream& operator<<(std::ostream& out, Str const& text);
+
+template <class Writer>
+Str& Str::AppendWith(std::size_t extra, Writer&& write) {
+  if (inPlace_) {
+    Str part;
+    part.AppendWith(extra, std::forward<Writer>(write));
+    return *this << part;
+  }
+  char* const at = Extend(extra);
+  std::size_t const written = write(at);
+  length_ += written;
+  at[written] = '\0';
+  return *this;
+}
+
+#endif

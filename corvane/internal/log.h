@@ -1,0 +1,27 @@
+#ifndef CORVANE_INTERNAL_LOG_H
+#define CORVANE_INTERNAL_LOG_H
+
+#include "corvane/data/value/str.h"
+
+namespace corvane::internal {
+
+/// A line is written when the session's debug level is above these.
+constexpr int kLogFailures = 0;
+constexpr int kLogStatements = 1;
+constexpr int kLogNotices = 4;
+
+/// Writes the text to the standard error stream in one piece.
+void WriteLog(Str const& text);
+
+/// Writes the parts, one behind the other, when `level` is above `gate`; builds no text otherwise.
+template <class... Parts>
+void Log(int level, int gate, Parts const&... parts) {
+  if (level <= gate) return;
+  Str text;
+  (text << ... << parts);
+  WriteLog(text);
+}
+
+}  // namespace corvane::internal
+
+#endif

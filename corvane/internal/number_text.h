@@ -1,0 +1,28 @@
+#ifndef CORVANE_INTERNAL_NUMBER_TEXT_H
+#define CORVANE_INTERNAL_NUMBER_TEXT_H
+
+#include <cstddef>
+
+namespace corvane::internal {
+
+/// Room that every number written by the functions below fits into.
+constexpr std::size_t kNumberRoom = 40;
+
+/// Each writes a number's text to `to` (no terminating NUL) and returns its length, at most kNumberRoom.
+std::size_t WriteNumber(char* to, long long number);
+std::size_t WriteNumber(char* to, unsigned long long number);
+/// The fewest digits that read back as the same double: plain notation for 0 and 1e-6 <= |x| < 1e17, with an
+/// exponent outside; "nan" and "inf" for what is no number. Never dependent on the locale.
+std::size_t WriteNumber(char* to, double number);
+
+/// What atoi, atoll and atof give in the "C" locale, whatever the locale in force: leading blanks and a sign are
+/// taken, reading stops at the first other character, no digits give 0. ParseInteger saturates.
+long long ParseInteger(char const* text);
+double ParseDouble(char const* text);
+
+/// Two's-complement truncation, as an integer column of 32 bits takes a wider number.
+constexpr int TruncateToInt(long long number) { return static_cast<int>(static_cast<unsigned>(number)); }
+
+}  // namespace corvane::internal
+
+#endif

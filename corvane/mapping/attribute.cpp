@@ -1,0 +1,67 @@
+#include "corvane/mapping/attribute.h"
+
+#include <utility>
+
+#include "corvane/data/data.h"
+#include "corvane/mapping/domain.h"
+
+namespace {
+
+// Its size is all that is copied of a buffer, and that follows the value.
+std::unique_ptr<char[]> NewCryptBuffer(ASData const* data) {
+  if (data == nullptr) return nullptr;
+  int const size = data->GetSize();
+  return std::make_unique<char[]>(size > 0 ? static_cast<std::size_t>(size) + 1 : 1);
+}
+
+}  // namespace
+
+ASSimpleAttribute::~ASSimpleAttribute() = default;
+
+ASAttribute::ASAttribute() : name_(""), label_("") {}
+
+ASAttribute::ASAttribute(Str const& name) : name_(name), label_("") {}
+
+ASAttribute::ASAttribute(Str const& name, Str const& label, int acType, int flags)
+    : acType_(acType), name_(name), label_(label), flags_(flags) {}
+
+ASAttribute::ASAttribute(ASAttribute const& other)
+    : ASSimpleAttribute(other),
+      acType_(other.acType_),
+      name_(other.name_),
+      label_(other.label_),
+      flags_(other.flags_),
+      nullIndicator_(other.nullIndicator_),
+      cryptBuffer_(other.cryptBuffer_ != nullptr ? NewCryptBuffer(other.Data()) : nullptr) {}
+
+ASAttribute& ASAttribute::operator=(ASAttribute const& other) {
+  if (this == &other) return *this;
+  ASAttribute copy(other);
+  ASSimpleAttribute::operator=(other);
+  acType_ = other.acType_;
+  name_ = std::move(copy.name_);
+  label_ = std::move(copy.label_);
+  flags_ = other.flags_;
+  nullIndicator_ = other.nullIndicator_;
+  cryptBuffer_ = std::move(copy.cryptBuffer_);
+  return *this;
+}
+
+ASAttribute::~ASAttribute() = default;
+
+ASAttribute& ASAttribute::Register(ASData* data, ASDomain* domain) {
+  cryptBuffer_ = IsEncrypted() != 0 ? NewCryptBuffer(data) : nullptr;
+  SetColumn(domain, data);
+  return *this;
+}
+
+Str ASAttribute::Query() const {
+  if (Domain() == nullptr) return name_;
+  Str text = Domain()->Alias();
+  text << '.' << name_;
+  return text;
+}
+
+int ASAttribute::IsAutoIncKey() const {
+  return CheckKey(corvane::kKey | corvane::kAutoIncrement) == (corvane::kKey | corvane::kAutoIncrement) ? 1 : 0;
+}

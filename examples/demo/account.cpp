@@ -1,0 +1,93 @@
+#include "account.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+
+namespace demo {
+
+namespace {
+
+constexpr std::size_t kWidth = 88;           // of a wrapped text, without its indentation
+constexpr std::size_t kLongStatement = 600;  // bytes; longer ones are cut
+constexpr std::size_t kShownOfLong = 200;
+constexpr int kLabelWidth = 8;
+constexpr int kIndent = 4;
+
+bool IsColourTerminal() {
+  char const* const terminal = std::getenv("TERM");
+  return isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr && terminal != nullptr &&
+         std::string(terminal) != "dumb";
+}
+
+// The beginning of a long statement, with a point for every byte that is not plain text, and its length.
+std::string Shortened(Str const& statement) {
+  std::string text = statement.ToString();
+  if (text.size() <= kLongStatement) return text;
+  std::string const length = std::to_string(text.size());
+  text.resize(kShownOfLong);
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '.');
+  return text + " ... (" + length + " bytes)";
+}
+
+// Breaks the text at blanks into lines; all but the first are indented.
+std::string Wrapped(std::string const& text) {
+  std::string const newLine = "\n" + std::string(kIndent + kLabelWidth, ' ');
+  std::string lines;
+  std::size_t from = 0;
+  while (text.size() - from > kWidth) {
+    std::size_t const blank = text.rfind(' ', from + kWidth);
+    if (blank == std::string::npos || blank <= from) break;
+    lines += text.substr(from, blank - from) + newLine;
+    from = blank + 1;
+  }
+  return lines + text.substr(from);
+}
+
+}  // namespace
+
+Account::Account(bool pauses) : pauses_(pauses), colours_(IsColourTerminal()) {}
+
+void Account::Line(std::string const& text) { std::cout << text << '\n'; }
+
+void Account::Step(std::string const& title) {
+  if (pauses_ && std::cin) {
+    std::cout << "\nEnter goes on. " << std::flush;
+    std::string ignored;
+    std::getline(std::cin, ignored);
+  }
+  ++steps_;
+  std::string const number = std::to_string(steps_);
+  std::cout << '\n' << std::setw(kIndent - 2) << number << "  ";
+  std::cout << (colours_ ? "\033[1m" : "") << title << (colours_ ? "\033[0m" : "") << std::endl;
+}
+
+void Account::Call(std::string const& code, Str const& statement) {
+  Call(code);
+  Entry("SQL", Shortened(statement));
+}
+
+void Account::Call(std::string const& code) { Entry("call", code); }
+
+void Account::Result(bool asExpected, std::string const& text) {
+  if (!asExpected) ++surprises_;
+  Entry("result", asExpected ? text : "NOT AS EXPECTED: " + text);
+}
+
+void Account::Compare(std::string const& what, long found, long expected) {
+  bool const equal = found == expected;
+  if (!equal) ++surprises_;
+  std::cout << std::string(kIndent, ' ') << std::left << std::setw(16) << what << std::right << std::setw(6) << found
+            << " rows" << std::setw(8) << expected << " expected   " << (equal ? "ok" : "WRONG") << '\n';
+}
+
+void Account::Entry(char const* label, std::string const& text) {
+  std::cout << std::string(kIndent, ' ') << (colours_ ? "\033[36m" : "") << std::left << std::setw(kLabelWidth) << label
+            << std::right << (colours_ ? "\033[0m" : "") << Wrapped(text) << '\n';
+}
+
+}  // namespace demo

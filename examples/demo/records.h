@@ -1,0 +1,113 @@
+#ifndef CORVANE_EXAMPLES_DEMO_RECORDS_H
+#define CORVANE_EXAMPLES_DEMO_RECORDS_H
+
+#include "corvane/corvane.h"
+#include "tzdata.h"
+
+// The demo's record types. Each is a table; each column is a value, which the program reads and writes, and an
+// attribute with the column's name, joined by Add() in the constructor. Records stay where they are, so copying is
+// deleted.
+namespace demo {
+
+/// Capacities of texts are in bytes; a character of UTF-8 takes up to four.
+constexpr unsigned kBytesPerCharacter = 4;
+
+struct Country : ASDomain {
+  Country();
+  Country(Country const&) = delete;
+  Country& operator=(Country const&) = delete;
+
+  void Take(CountryLine const& line);
+
+  ASStr code{2};                          // CHAR(2)
+  ASVStr name{100 * kBytesPerCharacter};  // VARCHAR(100)
+
+ private:
+  ASAttribute codeColumn_{"code", "", 0, corvane::kKey};
+  ASAttribute nameColumn_{"name"};
+};
+
+struct Zone : ASDomain {
+  Zone();
+  Zone(Zone const&) = delete;
+  Zone& operator=(Zone const&) = delete;
+
+  /// Everything but the key, which the server gives.
+  void Take(ZoneLine const& line);
+
+  ASInt id;
+  ASVStr name{64 * kBytesPerCharacter};
+  ASDouble latitude;
+  ASDouble longitude;
+  ASVStr comment{255 * kBytesPerCharacter};  // NULL for a zone without one
+
+ private:
+  ASAttribute idColumn_{"id", "", 0, corvane::kKey | corvane::kAutoIncrement};
+  ASAttribute nameColumn_{"name"};
+  ASAttribute latitudeColumn_{"latitude"};
+  ASAttribute longitudeColumn_{"longitude"};
+  ASAttribute commentColumn_{"comment"};
+};
+
+/// A link: in this country the zone's time is kept.
+struct ZoneCountry : ASDomain {
+  ZoneCountry();
+  ZoneCountry(ZoneCountry const&) = delete;
+  ZoneCountry& operator=(ZoneCountry const&) = delete;
+
+  ASInt zoneId;
+  ASStr countryCode{2};
+
+ private:
+  ASAttribute zoneIdColumn_{"zone_id", "", 0, corvane::kKey};
+  ASAttribute countryCodeColumn_{"country_code", "", 0, corvane::kKey};
+};
+
+/// A file that was read.
+struct SourceFile : ASDomain {
+  SourceFile();
+  SourceFile(SourceFile const&) = delete;
+  SourceFile& operator=(SourceFile const&) = delete;
+
+  /// Everything but the key.
+  void Take(File const& file);
+
+  ASGuid guid;
+  ASVStr name{64 * kBytesPerCharacter};
+  ASTime modified;
+  ASRealBlob contents{0};
+
+ private:
+  ASAttribute guidColumn_{"guid", "", 0, corvane::kKey};
+  ASAttribute nameColumn_{"name"};
+  ASAttribute modifiedColumn_{"modified"};
+  ASAttribute contentsColumn_{"contents"};
+};
+
+/// No table: what a SELECT of one number gives, fetched by position.
+struct NumberRow : ASDomain {
+  NumberRow();
+  NumberRow(NumberRow const&) = delete;
+  NumberRow& operator=(NumberRow const&) = delete;
+
+  ASInt64 number;
+
+ private:
+  ASAttribute numberColumn_{"number"};
+};
+
+/// No table: what a SELECT of one text gives.
+struct TextRow : ASDomain {
+  TextRow();
+  TextRow(TextRow const&) = delete;
+  TextRow& operator=(TextRow const&) = delete;
+
+  ASVStr text{255};
+
+ private:
+  ASAttribute textColumn_{"text"};
+};
+
+}  // namespace demo
+
+#endif

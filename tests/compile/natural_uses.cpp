@@ -1,0 +1,300 @@
+// What callers write without thinking twice: it must compile in every language mode with every compiler, without a
+// warning, and mean what it says. Built and run by natural_uses.sh; prints what is wrong and ends with 1.
+
+#include <corvane/corvane.h>
+
+#include <cstdio>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+int failures = 0;
+
+void Check(bool right, char const* what, int line) {
+  if (right) return;
+  ++failures;
+  std::printf("line %d: %s\n", line, what);
+}
+
+#define CHECK(...) Check((__VA_ARGS__), #__VA_ARGS__, __LINE__)
+
+struct Item : ASDomain {
+  ASInt id;
+  ASVStr name{20};
+  ASAttribute idColumn{"id", "Id", 0, corvane::kKey};
+  ASAttribute nameColumn{"name"};
+
+  Item() : ASDomain("item", "Item") { Add(idColumn, id).Add(nameColumn, name); }
+};
+
+void Texts() {
+  Str s("x");
+  Str const t = "y";
+  std::string const standard("x");
+  CHECK(s == "x" && "x" == s && s != "y" && "y" != s);
+  CHECK(s < t && t > s && s <= t && t >= s && s < "y" && s <= "x" && s > "a" && s >= "x");
+  CHECK(s == Str("x") && s != t && s == s);
+  CHECK(s == standard && s != std::string("z"));
+  s = standard;
+  s = "abc";
+  s << 5 << 5L << 5U << 5UL << 5LL << 5ULL << 2.5 << 'c' << "t" << t << standard << Int(7) << Int64(8L) << Double(0.5);
+  CHECK(s == "abc5555552.5ctyx780.5");
+  CHECK(Str("a") + "b" + Str("c") + 'd' == "abcd" && "a" + Str("b") == "ab" && Str("a") + standard == "ax");
+  CHECK(Str("abc")[1] == 'b');
+  std::ostringstream out;
+  out << t;
+  CHECK(out.str() == "y" && t.View() == "y" && t.ToString() == "y");
+  std::vector<Str> texts{"b", "a"};
+  texts.emplace_back("c");
+  CHECK(texts.size() == 3 && texts[2] == "c");
+  std::map<Str, int> counts;
+  counts["a"] = 1;
+  CHECK(counts["a"] == 1);
+  char const* plain = t;
+  CHECK(plain[0] == 'y');
+  basic_type const& root = t;
+  CHECK(t == root && !(t != root) && !(t < root) && root == t);
+}
+
+template <class Number>
+void IntegersBesidePlainNumbers() {
+  Number a;
+  CHECK(a.IsNull() != 0);
+  a = 5;
+  CHECK(a == 5 && a == 5L && a == 5U && a == 5UL && a == 5LL && a == 5ULL && a == short{5} && a == 5.0 && a == 5.0F);
+  CHECK(5 == a && 5L == a && a != 6 && a != 6L && a != 6U && a != 5.5 && 6 != a);
+  CHECK(a < 6 && a < 6L && a < 6U && a < 5.5 && a > 4 && a > 4L && a >= 5 && a <= 5 && a <= 5L);
+  CHECK(a == a && !(a != a) && !(a < a));
+  a = 5L;
+  a = 5U;
+  a = 5UL;
+  a = 5LL;
+  a = short{5};
+  CHECK(a + 1 == 6 && a + 1L == 6 && a - 1U == 4 && a * 2LL == 10 && a / 2UL == 2 && a + a == 10 && -a == -5 &&
+        +a == 5);
+  CHECK(a + 0.5 == 5.5 && a * 0.5 == 2.5 && 1 + a == 6);
+  a += 1;
+  a += 1L;
+  a -= 1U;
+  a *= 2ULL;
+  a /= 3LL;
+  CHECK(a == 4);
+  a *= 1.5;
+  CHECK(a == 6);
+  ++a;
+  a++;
+  --a;
+  a--;
+  CHECK(a == 6 && a++ == 6 && ++a == 8);
+  Number const b = a;
+  CHECK(a == b && b == a);
+  a += b;
+  CHECK(a == 16);
+  basic_type const& root = b;
+  CHECK(b == root && root == b && !(b < root));
+}
+
+template <class Number>
+void DoublesBesidePlainNumbers() {
+  Number d;
+  CHECK(d.IsNull() != 0);
+  d = 2.5;
+  CHECK(d == 2.5 && 2.5 == d && d != 2 && d < 3 && d < 3L && d > 2U && d >= 2.5F && d == d && !(d != d));
+  CHECK(d + 1 == 3.5 && d - 1L == 1.5 && d * 2U == 5.0 && d / 5 == 0.5 && d + d == 5.0 && -d == -2.5 && 1 + d == 3.5);
+  d = 1;
+  d = 2L;
+  d = 3U;
+  d += 1;
+  d -= 1L;
+  d *= 2U;
+  d /= 3ULL;
+  d += 0.5;
+  CHECK(d == 2.5);
+  Number const e = d;
+  CHECK(d == e && e == d);
+  basic_type const& root = e;
+  CHECK(e == root && root == e);
+}
+
+void Numbers() {
+  IntegersBesidePlainNumbers<Int>();
+  IntegersBesidePlainNumbers<Int64>();
+  IntegersBesidePlainNumbers<ASInt>();
+  IntegersBesidePlainNumbers<ASInt64>();
+  IntegersBesidePlainNumbers<ASTime>();
+  DoublesBesidePlainNumbers<Double>();
+  DoublesBesidePlainNumbers<ASDouble>();
+  DoublesBesidePlainNumbers<ASDCurrency>();
+
+  ASInt i;
+  i = Int(3);
+  int const plain = i;
+  CHECK(plain == 3 && i == Int(3) && Int(3) == i);
+  ASInt64 wide;
+  wide = Int64(4L);
+  long const plainWide = wide;
+  CHECK(plainWide == 4 && wide == Int64(4L) && Int64(4L) == wide && wide != Int64(5L));
+  CHECK(wide != 4000000000U && i != 5000000000L && i < 5000000000L);
+  ASTime time(7);
+  time = 5U;
+  time = 5LL;
+  time = 5UL;
+  time = 5L;
+  time = i;
+  time = ASTime(9);
+  CHECK(time == 9 && time == ASTime(9) && i != time && time != i);
+  i = time;
+  CHECK(i == time && time == i);
+  ASDouble real;
+  ASDCurrency money;
+  real = Double(1.5);
+  money = real;
+  money = 2;
+  CHECK(real == Double(1.5) && money == 2.0 && money != real);
+}
+
+void NumbersBesideEachOther() {
+  ASDouble price;
+  ASInt count;
+  ASInt64 wide;
+  CHECK((price * count).IsNull() != 0 && (wide + count).IsNull() != 0 && count == wide && !(count < wide));
+  price = 2.5;
+  count = 4;
+  CHECK((wide += count).IsNull() != 0 && wide < count && count > wide && wide != count && !(price < wide));
+  wide = 5000000000L;
+  CHECK(price * count == 10.0 && count * price == 10.0 && count / price == 1.6 && wide + count == 5000000004L);
+  CHECK(count < wide && wide > count && count <= wide && count != wide && price < count && count >= price);
+  wide -= count;
+  price += count;
+  count *= price;
+  CHECK(wide == 4999999996L && price == 6.5 && count == 26 && count == Int64(26L) && count == Double(26.0));
+  CHECK((1 + Int()).IsNull() != 0 && (7 / Int(0)).IsNull() != 0 && (2.5 * ASInt64()).IsNull() != 0);
+  CHECK(1 + Int(2) == 3 && 10L - Int(4) == 6 && 3 * Int64(5L) == 15 && 7.0 / Int(2) == 3.5 && 1U < Int64(2L));
+  Int const four(4);
+  CHECK(!(1U < Int(-1)) && 5 >= four && 3 < four && 4 <= four && 4.5 > four && !(4 != four) && 4L == four);
+  CHECK(Int64(Int()).IsNull() != 0 && Double(Int(3)) == 3.0 && Int(Double(2.9)) == 2 && Int(Int64(7L)) == 7);
+  ASDCurrency amount;
+  amount = price * count;
+  CHECK(amount == 169.0 && amount == Int(169));
+}
+
+void ColumnTexts() {
+  ASStr fixed(5);
+  ASVStr variable(5);
+  CHECK(fixed.IsNull() != 0 && variable.IsNull() != 0);
+  fixed = "ab";
+  variable = std::string("ab");
+  CHECK(fixed == "ab" && "ab" == fixed && fixed != "x" && "x" != fixed && fixed == Str("ab") && fixed < "b");
+  CHECK(variable == "ab" && "ab" == variable && variable != "x" && variable == Str("ab") && variable > "a");
+  CHECK(fixed == variable && variable == fixed && !(fixed != variable) && fixed == fixed && variable == variable);
+  Str const ab("ab");
+  Str const b("b");
+  CHECK(fixed == ab && ab == fixed && !(ab != fixed) && fixed < b && b > fixed && ab <= fixed && ab >= fixed);
+  CHECK(variable == ab && ab == variable && variable < b && b > variable && "b" > fixed && "a" < variable);
+  CHECK(!(fixed < variable) && !(variable > fixed) && fixed <= variable && variable >= fixed && !(fixed < fixed));
+  CHECK(std::string("ab") == fixed);
+  CHECK(fixed == std::string("ab") && variable != std::string("x") && fixed <= "ab" && fixed >= "ab");
+  variable = fixed;
+  fixed = variable;
+  fixed = Str("cd");
+  variable << "!";
+  CHECK(Str(variable) == "ab   " && fixed.getstr() == "cd   ");
+  fixed = nullptr;
+  CHECK(fixed.IsNull() != 0);
+  ASVStr const copy = variable;
+  CHECK(copy == variable);
+  basic_type const& root = variable;
+  CHECK(variable == root && root == variable && !(variable != root));
+}
+
+void Binaries() {
+  RealBlob const bytes(3, "abc");
+  ASRealBlob column(0);
+  CHECK(column.IsNull() != 0 && column != bytes);
+  column = bytes;
+  CHECK(column == bytes && bytes == column && column == column && !(column != column) && bytes == bytes);
+  ASRealBlob other(2);
+  other = column;
+  CHECK(other == column);
+  Guid const id("6ba7b810-9dad-11d1-80b4-00c04fd430c8");
+  ASGuid guid;
+  guid = id;
+  guid = "6ba7b810-9dad-11d1-80b4-00c04fd430c8";
+  CHECK(guid == id && id == guid && guid == guid && !(guid != id) && !(guid < id) && id == id);
+  ASBlob small(8);
+  small = Blob(3, "abc");
+  ASGeometry shape(64);
+  shape = Blob(3, "abc");
+  CHECK(small.size() == 3 && shape.size() == 3);
+  Blob const plain(3, "abc");
+  CHECK(small == plain && plain == small && small == small && !(small != small) && shape == shape && plain == plain);
+  CHECK(small == shape && shape == small && !(small != shape) && !(small < plain) && !(shape < small));
+}
+
+void Records() {
+  Item a;
+  Item b;
+  a.id = 1;
+  b.id = 2L;
+  a.name = "first";
+  CHECK(a != b && a < b && b > a && a <= b && b >= a && !(a == b));
+  ASDomain const copy(a);
+  CHECK(copy == a && copy.Label() == "COPY" && a.size() == 2);
+  for (ASAttribute const* attribute : a) CHECK(attribute->Data() != nullptr);
+  CHECK(a.idColumn.IsKey() != 0 && a.nameColumn.SimpleQuery() == "name" && a.name.GetName() == "name");
+  CHECK(corvane::Literal(a.id) == "1" && corvane::Literal(a.name) == "'first'");
+}
+
+void Exceptions() {
+  try {
+    throw AException("Number ") << 5 << 6U << 7L << " and " << Str("text");
+  } catch (std::exception const& error) {
+    CHECK(std::string(error.what()) == "Number 567 and text");
+  }
+  AException const numbered(102, "refused");
+  CHECK(numbered.Number() == 102 && numbered.Message() == "refused");
+}
+
+// Never called: no server is needed for these to compile.
+[[maybe_unused]] void Sessions() {
+  ASSession empty({}, 0, false);
+  ASSession braced({{"Host", "h"}}, 0, false);
+  ASSession longer({{"Host", "h"}, {"Port", "3306"}, {"AutoCommit", "on"}}, 0, false);
+  ASSession literal("u:p@db/h:3306", 0, false);
+  ASSession standard(std::string("u:p@db/h:3306"), 0, false);
+  Str statement("SELECT 1");
+  literal.Execute(statement);
+  literal.Execute("SELECT 1");
+  literal.Execute(Str("SELECT ") + "1");
+  Item item;
+  item.id = 1;
+  unsigned long const rows = literal.Insert(item);
+  int const found = literal.Select(item);
+  std::cout << rows << found << static_cast<int>(literal.GetInsertId());
+}
+
+static_assert(!std::is_copy_constructible<ASSession>::value, "a session is not copied");
+static_assert(!std::is_assignable<ASStr&, int>::value, "a number is no text");
+static_assert(!std::is_convertible<int, Str>::value, "a capacity is no text");
+static_assert(!std::is_convertible<Str, ASAttribute>::value, "a text is no column");
+static_assert(!std::is_convertible<unsigned, ASStr>::value, "a capacity is no column");
+static_assert(!std::is_convertible<int, ASTime>::value, "a number is no column");
+static_assert(std::has_virtual_destructor<ASDomain>::value && std::has_virtual_destructor<basic_type>::value, "bases");
+
+}  // namespace
+
+int main() {
+  Texts();
+  Numbers();
+  NumbersBesideEachOther();
+  ColumnTexts();
+  Binaries();
+  Records();
+  Exceptions();
+  return failures == 0 ? 0 : 1;
+}

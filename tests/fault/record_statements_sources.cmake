@@ -1,0 +1,1 @@
+target_sources(fault_tests PRIVATE ${CMAKE_CURRENT_LIST_DIR}/record_statements_test.cpp)

@@ -1,0 +1,150 @@
+#include "tests/support/scripted_client.h"
+
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "tests/support/scripted_session.h"
+
+namespace corvane::test {
+namespace {
+
+using testing::ElementsAre;
+
+// The functions by the address that the program's own code calls, and by the one that shared libraries are bound to.
+TEST(ScriptedClient, TakesPrecedenceOverTheClientLibraryAndOverSleep) {
+  struct {
+    char const* name;
+    void* own;
+  } const functions[] = {
+      {"mysql_init", reinterpret_cast<void*>(&mysql_init)},
+      {"mysql_real_connect", reinterpret_cast<void*>(&mysql_real_connect)},
+      {"mysql_close", reinterpret_cast<void*>(&mysql_close)},
+      {"mysql_query", reinterpret_cast<void*>(&mysql_query)},
+      {"mysql_store_result", reinterpret_cast<void*>(&mysql_store_result)},
+      {"mysql_fetch_row", reinterpret_cast<void*>(&mysql_fetch_row)},
+      {"mysql_fetch_lengths", reinterpret_cast<void*>(&mysql_fetch_lengths)},
+      {"mysql_num_fields", reinterpret_cast<void*>(&mysql_num_fields)},
+      {"mysql_num_rows", reinterpret_cast<void*>(&mysql_num_rows)},
+      {"mysql_free_result", reinterpret_cast<void*>(&mysql_free_result)},
+      {"mysql_affected_rows", reinterpret_cast<void*>(&mysql_affected_rows)},
+      {"mysql_insert_id", reinterpret_cast<void*>(&mysql_insert_id)},
+      {"mysql_errno", reinterpret_cast<void*>(&mysql_errno)},
+      {"mysql_error", reinterpret_cast<void*>(&mysql_error)},
+      {"sleep", reinterpret_cast<void*>(&sleep)},
+  };
+  for (auto const& function : functions) {
+    EXPECT_EQ(dlsym(RTLD_DEFAULT, function.name), function.own) << function.name;
+  }
+}
+
+class ScriptedClientCalls : public ScriptedSession {
+ protected:
+  // A handle of its own, connected.
+  void SetUp() override {
+    ScriptedSession::SetUp();
+    handle = mysql_init(nullptr);
+    ASSERT_EQ(mysql_real_connect(handle, "host", "user", "password", "database", 3306, nullptr, 0), handle);
+  }
+  void TearDown() override {
+    mysql_close(handle);
+    ScriptedSession::TearDown();
+  }
+
+  MYSQL* handle = nullptr;
+};
+
+TEST_F(ScriptedClientCalls, AreThoseThatASessionMakes) {
+  client.ForgetCalls();
+  Construct({{"Host", "h"}, {"UserName", "u"}, {"Password", "p"}, {"Database", "d"}, {"Port", "3307"}});
+  EXPECT_THAT(client.CallsByHandle(), ElementsAre("2 init", "2 connect h u p d 3307", "2 query SET AUTOCOMMIT=0"));
+}
+
+TEST_F(ScriptedClientCalls, SucceedWithoutAScript) {
+  EXPECT_EQ(mysql_query(handle, "SELECT 1"), 0);
+  EXPECT_EQ(mysql_errno(handle), 0U);
+  EXPECT_STREQ(mysql_error(handle), "");
+  EXPECT_EQ(mysql_store_result(handle), nullptr);
+}
+
+TEST_F(ScriptedClientCalls, FailAsScriptedForThoseThatMatchAfterThoseThatPass) {
+  client.FailQuery(1062, "Duplicate").Matching("INSERT").After(1).Times(2);
+  EXPECT_EQ(mysql_query(handle, "INSERT 1"), 0);
+  EXPECT_EQ(mysql_query(handle, "SELECT 2"), 0);
+  EXPECT_EQ(mysql_query(handle, "INSERT 3"), 1);
+  EXPECT_EQ(mysql_query(handle, "SELECT 4"), 0);
+  EXPECT_EQ(mysql_query(handle, "INSERT 5"), 1);
+  EXPECT_EQ(mysql_errno(handle), 1062U);
+  EXPECT_STREQ(mysql_error(handle), "Duplicate");
+  EXPECT_EQ(mysql_query(handle, "INSERT 6"), 0);
+  EXPECT_EQ(mysql_errno(handle), 0U);
+}
+
+TEST_F(ScriptedClientCalls, FailOneFailureAfterTheOther) {
+  client.FailQuery(2006, "gone");
+  client.FailQuery(2013, "lost").After(1);
+  mysql_query(handle, "a");
+  EXPECT_EQ(mysql_errno(handle), 2006U);
+  mysql_query(handle, "b");
+  EXPECT_EQ(mysql_errno(handle), 2013U);
+}
+
+TEST_F(ScriptedClientCalls, GiveRowsByteForByte) {
+  client.AnswerQuery(2, {{std::string("a\0b", 3), std::nullopt}, {"", "x"}});
+  mysql_query(handle, "SELECT");
+  MYSQL_RES* const result = mysql_store_result(handle);
+  EXPECT_EQ(mysql_num_fields(result), 2U);
+  EXPECT_EQ(mysql_num_rows(result), 2U);
+  MYSQL_ROW row = mysql_fetch_row(result);
+  EXPECT_EQ(mysql_fetch_lengths(result)[0], 3U);
+  EXPECT_EQ(std::memcmp(row[0], "a\0b", 4), 0);
+  EXPECT_EQ(row[1], nullptr);
+  EXPECT_EQ(mysql_fetch_lengths(result)[1], 0U);
+  row = mysql_fetch_row(result);
+  EXPECT_STREQ(row[0], "");
+  EXPECT_STREQ(row[1], "x");
+  EXPECT_EQ(mysql_fetch_row(result), nullptr);
+  EXPECT_EQ(client.UnfreedResults(), 1U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientCalls, AreOutOfStepOnceAResultWasNotTaken) {
+  client.AnswerQuery(1, {{"1"}});
+  mysql_query(handle, "SELECT 1");
+  EXPECT_EQ(mysql_query(handle, "SELECT 2"), 1);
+  EXPECT_EQ(mysql_errno(handle), 2014U);
+  EXPECT_EQ(mysql_store_result(handle), nullptr);
+  EXPECT_EQ(mysql_query(handle, "SELECT 3"), 1);
+}
+
+TEST_F(ScriptedClientCalls, AnswerServerGoneOnAHandleThatWasNeverConnected) {
+  MYSQL* const fresh = mysql_init(nullptr);
+  EXPECT_EQ(mysql_query(fresh, "SELECT 1"), 1);
+  EXPECT_EQ(mysql_errno(fresh), 2006U);
+  mysql_close(fresh);
+}
+
+TEST_F(ScriptedClientCalls, AreFollowedByTheNumbersOfTheirAnswer) {
+  client.SetAffectedRows(3);
+  client.AnswerQuery().Matching("UPDATE").AffectedRows(7).InsertId(9);
+  mysql_query(handle, "UPDATE");
+  EXPECT_EQ(mysql_affected_rows(handle), 7U);
+  EXPECT_EQ(mysql_insert_id(handle), 9U);
+  mysql_query(handle, "INSERT");
+  EXPECT_EQ(mysql_affected_rows(handle), 3U);
+  EXPECT_EQ(mysql_insert_id(handle), 0U);
+}
+
+TEST_F(ScriptedClientCalls, RecordTheSecondsOfAPauseThatTakesNoTime) {
+  client.ForgetCalls();
+  EXPECT_EQ(sleep(1000), 0U);
+  EXPECT_THAT(client.Calls(), ElementsAre("sleep 1000"));
+}
+
+}  // namespace
+}  // namespace corvane::test

@@ -1,0 +1,409 @@
+#include "tests/support/scripted_client.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace corvane::test {
+
+namespace {
+
+using Guard = std::lock_guard<std::mutex>;
+
+constexpr unsigned kServerGone = 2006;
+constexpr unsigned kOutOfSync = 2014;
+
+[[noreturn]] void Misuse(char const* function, char const* what) {
+  std::fprintf(stderr, "%s: %s\n", function, what);
+  std::abort();
+}
+
+std::string Shown(char const* text) { return text == nullptr ? "null" : *text == '\0' ? "''" : text; }
+
+// The flag's place differs between the client libraries: MYSQL::reconnect or MYSQL::options.reconnect. Where the one is
+// missing its overload drops out.
+template <class Handle>
+auto ReconnectFlag(Handle* handle, int) -> decltype((handle->reconnect)) {
+  return handle->reconnect;
+}
+
+template <class Handle>
+auto ReconnectFlag(Handle* handle, long) -> decltype((handle->options.reconnect)) {
+  return handle->options.reconnect;
+}
+
+}  // namespace
+
+ScriptedClient& ScriptedClient::Get() {
+  static auto* const client = new ScriptedClient;  // outlives sessions that are destroyed late
+  return *client;
+}
+
+// The first step that holds for the call. After() of every step counts every call, whichever step it ends by.
+template <class Kind>
+Kind* ScriptedClient::Find(std::list<Kind>& steps, std::string const& text) {
+  Kind* found = nullptr;
+  for (Kind& step : steps) {
+    if (step.times_ == 0 || text.find(step.matching_) == std::string::npos) continue;
+    if (step.after_ > 0) {
+      --step.after_;
+    } else if (found == nullptr) {
+      found = &step;
+    }
+  }
+  if (found != nullptr) --found->times_;
+  return found;
+}
+
+void ScriptedClient::Reset() {
+  Guard const guard(mutex_);
+  initFailures_.clear();
+  connectFailures_.clear();
+  queryFailures_.clear();
+  storeFailures_.clear();
+  answers_.clear();
+  affectedRows_ = 0;
+  insertId_ = 0;
+  calls_.clear();
+  callsByHandle_.clear();
+  lastHandle_ = 0;
+  handles_.clear();
+  results_.clear();
+}
+
+ScriptedClient::Failure& ScriptedClient::FailInit() {
+  Guard const guard(mutex_);
+  return initFailures_.emplace_back();
+}
+
+ScriptedClient::Failure& ScriptedClient::FailConnect(unsigned number, std::string text) {
+  Guard const guard(mutex_);
+  Failure& failure = connectFailures_.emplace_back();
+  failure.number_ = number;
+  failure.text_ = std::move(text);
+  return failure;
+}
+
+ScriptedClient::Failure& ScriptedClient::FailQuery(unsigned number, std::string text) {
+  Guard const guard(mutex_);
+  Failure& failure = queryFailures_.emplace_back();
+  failure.number_ = number;
+  failure.text_ = std::move(text);
+  return failure;
+}
+
+ScriptedClient::Failure& ScriptedClient::FailStoreResult(unsigned number, std::string text) {
+  Guard const guard(mutex_);
+  Failure& failure = storeFailures_.emplace_back();
+  failure.number_ = number;
+  failure.text_ = std::move(text);
+  return failure;
+}
+
+ScriptedClient::Answer& ScriptedClient::AnswerQuery(unsigned columns, std::vector<Row> rows) {
+  for (Row const& row : rows) {
+    if (row.size() != columns) Misuse("AnswerQuery", "a row has more or fewer fields than the result has columns");
+  }
+  Guard const guard(mutex_);
+  Answer& answer = answers_.emplace_back();
+  answer.columns_ = columns;
+  answer.rows_ = std::move(rows);
+  return answer;
+}
+
+ScriptedClient::Answer& ScriptedClient::AnswerQuery() {
+  Guard const guard(mutex_);
+  return answers_.emplace_back();
+}
+
+void ScriptedClient::SetAffectedRows(std::uint64_t rows) {
+  Guard const guard(mutex_);
+  affectedRows_ = rows;
+}
+
+void ScriptedClient::SetInsertId(std::uint64_t id) {
+  Guard const guard(mutex_);
+  insertId_ = id;
+}
+
+std::vector<std::string> ScriptedClient::Calls() const {
+  Guard const guard(mutex_);
+  return calls_;
+}
+
+std::vector<std::string> ScriptedClient::CallsByHandle() const {
+  Guard const guard(mutex_);
+  return callsByHandle_;
+}
+
+void ScriptedClient::ForgetCalls() {
+  Guard const guard(mutex_);
+  calls_.clear();
+  callsByHandle_.clear();
+}
+
+std::size_t ScriptedClient::OpenHandles() const {
+  Guard const guard(mutex_);
+  return handles_.size();
+}
+
+std::size_t ScriptedClient::UnfreedResults() const {
+  Guard const guard(mutex_);
+  return results_.size();
+}
+
+unsigned ScriptedClient::UnusedSteps() const {
+  Guard const guard(mutex_);
+  unsigned unused = 0;
+  for (auto const* failures : {&initFailures_, &connectFailures_, &queryFailures_, &storeFailures_}) {
+    for (Failure const& failure : *failures) unused += failure.times_;
+  }
+  for (Answer const& answer : answers_) unused += answer.times_;
+  return unused;
+}
+
+bool ScriptedClient::AnyHandleReconnectsByItself() const {
+  Guard const guard(mutex_);
+  for (auto const& [address, handle] : handles_) {
+    if (handle.connected && ReconnectFlag(address, 0) != 0) return true;
+  }
+  return false;
+}
+
+MYSQL* ScriptedClient::Init() {
+  Guard const guard(mutex_);
+  if (Find(initFailures_, "") != nullptr) {
+    calls_.emplace_back("init");
+    callsByHandle_.emplace_back("- init");
+    return nullptr;
+  }
+  auto* const address = new MYSQL();
+  Handle& handle = handles_[address];
+  handle.number = ++lastHandle_;
+  Record(handle.number, "init");
+  return address;
+}
+
+bool ScriptedClient::Connect(MYSQL* address, char const* host, char const* user, char const* password,
+                             char const* database, unsigned port) {
+  Guard const guard(mutex_);
+  Handle& handle = Known(address, "mysql_real_connect");
+  std::string const where =
+      Shown(host) + " " + Shown(user) + " " + Shown(password) + " " + Shown(database) + " " + std::to_string(port);
+  Record(handle.number, "connect " + where);
+  if (Failure const* const failure = Find(connectFailures_, where)) {
+    return Fail(handle, failure->number_, failure->text_);
+  }
+  handle.connected = true;
+  handle.errorNumber = 0;
+  handle.errorText.clear();
+  ReconnectFlag(address, 0) = 1;
+  return true;
+}
+
+void ScriptedClient::Close(MYSQL* address) {
+  Guard const guard(mutex_);
+  Record(Known(address, "mysql_close").number, "close");
+  handles_.erase(address);
+  delete address;
+}
+
+bool ScriptedClient::Query(MYSQL* address, char const* statement) {
+  Guard const guard(mutex_);
+  Handle& handle = Known(address, "mysql_query");
+  if (statement == nullptr) Misuse("mysql_query", "no statement");
+  Record(handle.number, std::string("query ") + statement);
+  if (!handle.connected) return Fail(handle, kServerGone, "Server has gone away");
+  if (handle.pending != nullptr || handle.outOfStep) {
+    handle.pending.reset();
+    handle.outOfStep = true;
+    return Fail(handle, kOutOfSync, "Commands out of sync; you can't run this command now");
+  }
+  if (Failure const* const failure = Find(queryFailures_, statement)) {
+    handle.affectedRows = static_cast<std::uint64_t>(-1);
+    return Fail(handle, failure->number_, failure->text_);
+  }
+  handle.errorNumber = 0;
+  handle.errorText.clear();
+  handle.affectedRows = affectedRows_;
+  handle.insertId = insertId_;
+  if (Answer const* const answer = Find(answers_, statement)) {
+    handle.affectedRows = answer->affectedRows_.value_or(affectedRows_);
+    handle.insertId = answer->insertId_.value_or(insertId_);
+    if (answer->columns_.has_value()) {
+      handle.pending = std::make_unique<Result>();
+      handle.pending->handle = handle.number;
+      handle.pending->columns = *answer->columns_;
+      handle.pending->rows = answer->rows_;
+    }
+  }
+  return true;
+}
+
+MYSQL_RES* ScriptedClient::StoreResult(MYSQL* address) {
+  Guard const guard(mutex_);
+  Handle& handle = Known(address, "mysql_store_result");
+  Record(handle.number, "store_result");
+  if (Failure const* const failure = Find(storeFailures_, "")) {
+    handle.pending.reset();
+    Fail(handle, failure->number_, failure->text_);
+    return nullptr;
+  }
+  if (handle.pending == nullptr) return nullptr;
+  auto* const result = new MYSQL_RES();
+  results_.emplace(result, std::move(*handle.pending));
+  handle.pending.reset();
+  return result;
+}
+
+MYSQL_ROW ScriptedClient::FetchRow(MYSQL_RES* address) {
+  Guard const guard(mutex_);
+  Result& result = Known(address, "mysql_fetch_row");
+  result.fields.clear();
+  result.lengths.clear();
+  if (result.next == result.rows.size()) return nullptr;
+  for (Field& field : result.rows[result.next++]) {
+    result.fields.push_back(field.has_value() ? field->data() : nullptr);
+    result.lengths.push_back(field.has_value() ? field->size() : 0);
+  }
+  return result.fields.data();
+}
+
+unsigned long* ScriptedClient::FetchLengths(MYSQL_RES* address) {
+  Guard const guard(mutex_);
+  Result& result = Known(address, "mysql_fetch_lengths");
+  return result.lengths.empty() ? nullptr : result.lengths.data();
+}
+
+unsigned ScriptedClient::NumFields(MYSQL_RES* result) const {
+  Guard const guard(mutex_);
+  return Known(result, "mysql_num_fields").columns;
+}
+
+std::uint64_t ScriptedClient::NumRows(MYSQL_RES* result) const {
+  Guard const guard(mutex_);
+  return Known(result, "mysql_num_rows").rows.size();
+}
+
+void ScriptedClient::FreeResult(MYSQL_RES* address) {
+  if (address == nullptr) return;
+  Guard const guard(mutex_);
+  Record(Known(address, "mysql_free_result").handle, "free_result");
+  results_.erase(address);
+  delete address;
+}
+
+std::uint64_t ScriptedClient::AffectedRows(MYSQL* handle) const {
+  Guard const guard(mutex_);
+  return Known(handle, "mysql_affected_rows").affectedRows;
+}
+
+std::uint64_t ScriptedClient::InsertId(MYSQL* handle) const {
+  Guard const guard(mutex_);
+  return Known(handle, "mysql_insert_id").insertId;
+}
+
+unsigned ScriptedClient::ErrorNumber(MYSQL* handle) const {
+  Guard const guard(mutex_);
+  return handle != nullptr ? Known(handle, "mysql_errno").errorNumber : 0;
+}
+
+char const* ScriptedClient::ErrorText(MYSQL* handle) const {
+  Guard const guard(mutex_);
+  return handle != nullptr ? Known(handle, "mysql_error").errorText.c_str() : "";
+}
+
+void ScriptedClient::Sleep(unsigned seconds) {
+  Guard const guard(mutex_);
+  calls_.push_back("sleep " + std::to_string(seconds));
+  callsByHandle_.push_back("- sleep " + std::to_string(seconds));
+}
+
+ScriptedClient::Handle& ScriptedClient::Known(MYSQL* handle, char const* function) {
+  auto const found = handles_.find(handle);
+  if (found == handles_.end()) Misuse(function, "not an open handle");
+  return found->second;
+}
+
+ScriptedClient::Handle const& ScriptedClient::Known(MYSQL* handle, char const* function) const {
+  auto const found = handles_.find(handle);
+  if (found == handles_.end()) Misuse(function, "not an open handle");
+  return found->second;
+}
+
+ScriptedClient::Result& ScriptedClient::Known(MYSQL_RES* result, char const* function) {
+  auto const found = results_.find(result);
+  if (found == results_.end()) Misuse(function, "not a result");
+  return found->second;
+}
+
+ScriptedClient::Result const& ScriptedClient::Known(MYSQL_RES* result, char const* function) const {
+  auto const found = results_.find(result);
+  if (found == results_.end()) Misuse(function, "not a result");
+  return found->second;
+}
+
+void ScriptedClient::Record(unsigned handle, std::string const& call) {
+  calls_.push_back(call);
+  callsByHandle_.push_back(std::to_string(handle) + " " + call);
+}
+
+bool ScriptedClient::Fail(Handle& handle, unsigned number, std::string const& text) {
+  handle.errorNumber = number;
+  handle.errorText = text;
+  return false;
+}
+
+}  // namespace corvane::test
+
+using corvane::test::ScriptedClient;
+
+extern "C" {
+
+MYSQL* STDCALL mysql_init(MYSQL*) { return ScriptedClient::Get().Init(); }
+
+MYSQL* STDCALL mysql_real_connect(MYSQL* handle, char const* host, char const* user, char const* password,
+                                  char const* database, unsigned port, char const*, unsigned long) {
+  return ScriptedClient::Get().Connect(handle, host, user, password, database, port) ? handle : nullptr;
+}
+
+void STDCALL mysql_close(MYSQL* handle) { ScriptedClient::Get().Close(handle); }
+
+int STDCALL mysql_query(MYSQL* handle, char const* statement) {
+  return ScriptedClient::Get().Query(handle, statement) ? 0 : 1;
+}
+
+MYSQL_RES* STDCALL mysql_store_result(MYSQL* handle) { return ScriptedClient::Get().StoreResult(handle); }
+
+MYSQL_ROW STDCALL mysql_fetch_row(MYSQL_RES* result) { return ScriptedClient::Get().FetchRow(result); }
+
+unsigned long* STDCALL mysql_fetch_lengths(MYSQL_RES* result) { return ScriptedClient::Get().FetchLengths(result); }
+
+unsigned STDCALL mysql_num_fields(MYSQL_RES* result) { return ScriptedClient::Get().NumFields(result); }
+
+auto STDCALL mysql_num_rows(MYSQL_RES* result) -> decltype(mysql_num_rows(result)) {
+  return ScriptedClient::Get().NumRows(result);
+}
+
+void STDCALL mysql_free_result(MYSQL_RES* result) { ScriptedClient::Get().FreeResult(result); }
+
+auto STDCALL mysql_affected_rows(MYSQL* handle) -> decltype(mysql_affected_rows(handle)) {
+  return ScriptedClient::Get().AffectedRows(handle);
+}
+
+auto STDCALL mysql_insert_id(MYSQL* handle) -> decltype(mysql_insert_id(handle)) {
+  return ScriptedClient::Get().InsertId(handle);
+}
+
+unsigned STDCALL mysql_errno(MYSQL* handle) { return ScriptedClient::Get().ErrorNumber(handle); }
+
+char const* STDCALL mysql_error(MYSQL* handle) { return ScriptedClient::Get().ErrorText(handle); }
+
+unsigned sleep(unsigned seconds) {
+  ScriptedClient::Get().Sleep(seconds);
+  return 0;
+}
+
+}  // extern "C"

@@ -1,0 +1,173 @@
+#ifndef CORVANE_TESTS_SUPPORT_SCRIPTED_CLIENT_H
+#define CORVANE_TESTS_SUPPORT_SCRIPTED_CLIENT_H
+
+#include <mysql.h>
+
+#include <cstdint>
+#include <list>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace corvane::test {
+
+/// A field of a result row: its bytes, or NULL.
+using Field = std::optional<std::string>;
+using Row = std::vector<Field>;
+
+/// Stands in for the client library and for sleep(): scripted_client.cpp defines these functions in the test program,
+/// where they take precedence over those of the shared libraries. mysql_escape_string and the library's initialisation
+/// stay real.
+///
+/// Without a script everything succeeds and no statement has a result. As with the real library, a handle that was
+/// never connected answers 2006, and a result that was not taken makes the handle's next statements fail with 2014.
+/// Whatever the real library does not survive (a null or closed handle, an unknown result) ends the program with a
+/// message. May be used from several threads.
+class ScriptedClient {
+ public:
+  static ScriptedClient& Get();
+
+  /// A step of the script holds for the next call, unless told otherwise. After() counts calls that Matching() admits.
+  template <class Kind>
+  class Step {
+   public:
+    /// Lets `calls` calls pass first.
+    Kind& After(unsigned calls) { return after_ = calls, static_cast<Kind&>(*this); }
+    /// Holds for `calls` calls.
+    Kind& Times(unsigned calls) { return times_ = calls, static_cast<Kind&>(*this); }
+    /// Only statements, or connections ("host user password database port"), that contain the text.
+    Kind& Matching(std::string text) { return matching_ = std::move(text), static_cast<Kind&>(*this); }
+
+   private:
+    friend class ScriptedClient;
+    std::string matching_;
+    unsigned after_ = 0;
+    unsigned times_ = 1;
+  };
+
+  class Failure : public Step<Failure> {
+    friend class ScriptedClient;
+    unsigned number_ = 0;
+    std::string text_;
+  };
+
+  class Answer : public Step<Answer> {
+   public:
+    /// What the handle then says of the statement; by default what SetAffectedRows() and SetInsertId() gave.
+    Answer& AffectedRows(std::uint64_t rows) { return affectedRows_ = rows, *this; }
+    Answer& InsertId(std::uint64_t id) { return insertId_ = id, *this; }
+
+   private:
+    friend class ScriptedClient;
+    std::optional<unsigned> columns_;
+    std::vector<Row> rows_;
+    std::optional<std::uint64_t> affectedRows_;
+    std::optional<std::uint64_t> insertId_;
+  };
+
+  /// Forgets the script, the calls, the handles and the results. The memory of handles that are open is left to those
+  /// who opened them.
+  void Reset();
+
+  /// Failures; a step's reference is valid until Reset(). mysql_init gives null; the others leave number and text in
+  /// the handle, which stays usable.
+  Failure& FailInit();
+  Failure& FailConnect(unsigned number, std::string text);
+  Failure& FailQuery(unsigned number, std::string text);
+  Failure& FailStoreResult(unsigned number, std::string text);
+
+  /// The result of a statement that does not fail: rows of `columns` fields each, binary safe.
+  Answer& AnswerQuery(unsigned columns, std::vector<Row> rows);
+  /// A statement that does not fail and has no result.
+  Answer& AnswerQuery();
+
+  /// For statements without an answer of their own; 0 after Reset().
+  void SetAffectedRows(std::uint64_t rows);
+  void SetInsertId(std::uint64_t id);
+
+  /// What was called, in order: "init", "connect host user password database port" (each '' when empty), "query SET
+  /// AUTOCOMMIT=0", "store_result", "free_result", "close", "sleep 1".
+  std::vector<std::string> Calls() const;
+  /// The same with the number of the handle, counted from 1 in the order of "init": "1 init", "2 connect h u p d 0",
+  /// "1 query COMMIT", "1 store_result", "1 close". A result goes by the handle that it came from.
+  std::vector<std::string> CallsByHandle() const;
+  void ForgetCalls();
+
+  /// Handles not closed, results not freed.
+  std::size_t OpenHandles() const;
+  std::size_t UnfreedResults() const;
+  /// Calls that the script still holds something for: a test that leaves any did not do what it says.
+  unsigned UnusedSteps() const;
+  /// Whether any open, connected handle would let the client library reconnect by itself, as all do after connecting.
+  bool AnyHandleReconnectsByItself() const;
+
+  // What the functions of the client library do.
+  MYSQL* Init();
+  bool Connect(MYSQL* handle, char const* host, char const* user, char const* password, char const* database,
+               unsigned port);
+  void Close(MYSQL* handle);
+  bool Query(MYSQL* handle, char const* statement);
+  MYSQL_RES* StoreResult(MYSQL* handle);
+  MYSQL_ROW FetchRow(MYSQL_RES* result);
+  unsigned long* FetchLengths(MYSQL_RES* result);
+  unsigned NumFields(MYSQL_RES* result) const;
+  std::uint64_t NumRows(MYSQL_RES* result) const;
+  void FreeResult(MYSQL_RES* result);
+  std::uint64_t AffectedRows(MYSQL* handle) const;
+  std::uint64_t InsertId(MYSQL* handle) const;
+  unsigned ErrorNumber(MYSQL* handle) const;
+  char const* ErrorText(MYSQL* handle) const;
+  void Sleep(unsigned seconds);
+
+ private:
+  struct Result {
+    unsigned handle = 0;
+    unsigned columns = 0;
+    std::vector<Row> rows;
+    std::size_t next = 0;
+    std::vector<char*> fields;  // of the current row
+    std::vector<unsigned long> lengths;
+  };
+
+  struct Handle {
+    unsigned number = 0;
+    bool connected = false;
+    bool outOfStep = false;  // a statement was sent before the result of the last one was taken
+    std::unique_ptr<Result> pending;
+    std::uint64_t affectedRows = 0;
+    std::uint64_t insertId = 0;
+    unsigned errorNumber = 0;
+    std::string errorText;
+  };
+
+  Handle& Known(MYSQL* handle, char const* function);
+  Handle const& Known(MYSQL* handle, char const* function) const;
+  Result& Known(MYSQL_RES* result, char const* function);
+  Result const& Known(MYSQL_RES* result, char const* function) const;
+  void Record(unsigned handle, std::string const& call);
+  template <class Kind>
+  static Kind* Find(std::list<Kind>& steps, std::string const& text);
+  static bool Fail(Handle& handle, unsigned number, std::string const& text);
+
+  mutable std::mutex mutex_;
+  std::list<Failure> initFailures_;
+  std::list<Failure> connectFailures_;
+  std::list<Failure> queryFailures_;
+  std::list<Failure> storeFailures_;
+  std::list<Answer> answers_;
+  std::uint64_t affectedRows_ = 0;
+  std::uint64_t insertId_ = 0;
+  std::vector<std::string> calls_;
+  std::vector<std::string> callsByHandle_;
+  unsigned lastHandle_ = 0;
+  std::map<MYSQL*, Handle> handles_;
+  std::map<MYSQL_RES*, Result> results_;
+};
+
+}  // namespace corvane::test
+
+#endif
