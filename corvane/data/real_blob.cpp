@@ -4,7 +4,9 @@
 
 using corvane::internal::SameKind;
 
-ASRealBlob::ASRealBlob(unsigned capacity) : RealBlob(capacity > 0 ? RealBlob(capacity, nullptr) : RealBlob()) {}
+ASRealBlob::ASRealBlob(unsigned capacity) : RealBlob(capacity, nullptr) {
+  if (capacity == 0) RealBlob::SetNull();
+}
 
 ASRealBlob::~ASRealBlob() = default;
 

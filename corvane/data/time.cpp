@@ -68,6 +68,10 @@ ASTime& ASTime::operator=(long seconds) { return *this = Int(corvane::internal::
 
 ASTime& ASTime::operator=(int const& seconds) { return *this = Int(seconds); }
 
+ASTime& ASTime::operator=(Int64 const& seconds) {
+  return seconds.IsNull() != 0 ? *this = Int() : *this = static_cast<long>(seconds);
+}
+
 ASTime& ASTime::operator=(Int const& other) {
   ASInt::operator=(other);
   return *this;

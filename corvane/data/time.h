@@ -31,6 +31,8 @@ class CORVANE_API ASTime : public ASInt {
   ASTime& operator=(Int const& other) override;
   ASTime& operator=(ASInt const& other) override;
 
+  /// Truncates to 32 bits; a NULL stays one.
+  ASTime& operator=(Int64 const& seconds);
   ASTime& operator=(ASTime const& other) { return *this = static_cast<Int const&>(other); }
   template <class T,
             std::enable_if_t<

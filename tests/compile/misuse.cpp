@@ -48,14 +48,15 @@ void Use(ASSession& session, ASStr& text, ASInt& number, ASTime& time, Str& name
   ASData const data;
 #elif MISUSE == 16
   numeric const value;
-#elif MISUSE == 17  // 64 bits do not fit 32
-  ASInt64 wide;
-  number = wide;
+#elif MISUSE == 17  // a character is no capacity
+  Str const comma(',');
 #elif MISUSE == 18
   ASTime const moment = 5;
 #elif MISUSE == 19  // a record is not an attribute list of something else
   std::list<int>& numbers = record;
-#elif MISUSE == 20  // the abstract column has no text
+#elif MISUSE == 20  // a time has no fraction of a second
+  time = 2.5;
+#elif MISUSE == 21  // the abstract column has no text
   ASSimpleAttribute const attribute;
 #else
 #error "no such misuse"

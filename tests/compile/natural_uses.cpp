@@ -181,6 +181,21 @@ void NumbersBesideEachOther() {
   ASDCurrency amount;
   amount = price * count;
   CHECK(amount == 169.0 && amount == Int(169));
+  ASInt thousand;
+  thousand = 1000;
+  ASTime moment(1600000000);
+  long const milliseconds = moment * 1000L;
+  CHECK(milliseconds == 1600000000000L && 1000L * moment == milliseconds && thousand * Int64(5000000L) == 5000000000L);
+  thousand = thousand + 5L;
+  Int const sum = thousand + 5L;
+  wide = thousand;
+  price = wide;
+  CHECK(thousand == 1005 && sum == 1010 && wide == 1005 && price == 1005.0);
+  wide.SetNull();
+  moment = wide;
+  price = wide;
+  thousand = wide;
+  CHECK(moment.IsNull() != 0 && price.IsNull() != 0 && thousand.IsNull() != 0);
 }
 
 void ColumnTexts() {

@@ -45,7 +45,8 @@ class CORVANE_API basic_type {
   virtual Str getstr() const = 0;
   /// Address of the raw value; each class says what lies there. Not owned by the caller.
   virtual void* voidptr() const = 0;
-  /// Equality with a value of the same GetType(). Two NULLs are equal. Throws AException
+  /// Equality with a value of the same GetType(). Two NULLs are equal, and no other value is (but a plain Str makes no
+  /// difference between null and empty). Throws AException
   /// "Incompatible types for Int::operator == (). " (with the class at hand) for another type.
   virtual bool operator==(basic_type const& other) const = 0;
   /// Strict weak ordering among values of the same GetType(): NULL comes before everything.

@@ -22,10 +22,8 @@ class CORVANE_API Double : public virtual numeric {
   Double(double value) : value_(value) {}
   /// From a plain number of another type, or a value of another type, whose NULL is carried over. What does not fit
   /// throws as in mixed_arithmetic.h; a fraction is truncated toward zero.
-  template <class T, corvane::PlainMixedT<Double, T>* = nullptr>
-  Double(T number) : Double(corvane::Converted<Double>(number)) {}
-  template <class T, corvane::ValueMixedT<Double, T>* = nullptr>
-  explicit Double(T const& number) : Double(corvane::Converted<Double>(number)) {}
+  template <class T, corvane::MixedWithT<Double, T>* = nullptr>
+  Double(T const& number) : Double(corvane::Converted<Double>(number)) {}
   Double(Double const&) = default;
   ~Double() override;
 

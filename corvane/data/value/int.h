@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "corvane/data/value/double.h"
+#include "corvane/data/value/int64.h"
 #include "corvane/data/value/mixed_arithmetic.h"
 #include "corvane/data/value/narrow.h"
 #include "corvane/data/value/numeric.h"
@@ -24,10 +25,8 @@ class CORVANE_API Int : public virtual numeric {
   Int(int value) : value_(value) {}
   /// From a plain number of another type, or a value of another type, whose NULL is carried over. What does not fit
   /// throws as in mixed_arithmetic.h; a fraction is truncated toward zero.
-  template <class T, corvane::PlainMixedT<Int, T>* = nullptr>
-  Int(T number) : Int(corvane::Converted<Int>(number)) {}
-  template <class T, corvane::ValueMixedT<Int, T>* = nullptr>
-  explicit Int(T const& number) : Int(corvane::Converted<Int>(number)) {}
+  template <class T, corvane::MixedWithT<Int, T>* = nullptr>
+  Int(T const& number) : Int(corvane::Converted<Int>(number)) {}
   Int(Int const&) = default;
   ~Int() override;
 

@@ -24,10 +24,8 @@ class CORVANE_API Int64 : public virtual numeric {
   Int64(long value) : value_(value), null_(0) {}
   /// From a plain number of another type, or a value of another type, whose NULL is carried over. What does not fit
   /// throws as in mixed_arithmetic.h; a fraction is truncated toward zero.
-  template <class T, corvane::PlainMixedT<Int64, T>* = nullptr>
-  Int64(T number) : Int64(corvane::Converted<Int64>(number)) {}
-  template <class T, corvane::ValueMixedT<Int64, T>* = nullptr>
-  explicit Int64(T const& number) : Int64(corvane::Converted<Int64>(number)) {}
+  template <class T, corvane::MixedWithT<Int64, T>* = nullptr>
+  Int64(T const& number) : Int64(corvane::Converted<Int64>(number)) {}
   Int64(Int64 const&) = default;
   ~Int64() override;
 

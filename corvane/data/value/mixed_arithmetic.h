@@ -10,11 +10,12 @@
 // or `asdouble * 2`, or a value, as in `price * count`. Without these templates the compiler would see two equally
 // good ways (one side to a plain number, the other to the value's type) and refuse, or lose a NULL.
 //
-// An integer operand is taken as the value's own type and throws AException "Number is out of range for Int. " (Int64)
-// when it does not fit. A floating operand beside an Int or Int64 makes the operation one of doubles: sums and products
-// are then Doubles, and a compound assignment truncates toward zero. Comparisons of integers are exact whatever their
-// sizes and signs; with a floating number on one side they are those of doubles. NULL with anything is NULL; in
-// comparisons two NULLs are equal and a NULL lies before every number.
+// Sums, differences, products and quotients are of the wider type: of an Int and an integer of more bits (or unsigned)
+// an Int64, of an integer and a floating number a Double. A compound assignment computes in the wider type too,
+// truncates toward zero, and throws AException "Number is out of range for Int. " (Int64) when the result does not fit,
+// as assignment and construction do. Comparisons of integers are exact whatever their sizes and signs; with a floating
+// number on one side they are those of doubles. NULL with anything is NULL; in comparisons two NULLs are equal and a
+// NULL lies before every number.
 
 // The headers of the value types include this one: it names them, and asks of them what they are only where it is used.
 class Int;
@@ -67,9 +68,7 @@ template <class N, class T>
 using MixedT = typename Mixed<NumberOf<N>, typename PlainOf<T>::Type>::type;
 // The same for the value type `V` itself, which need not be complete yet.
 template <class V, class T>
-using PlainMixedT = std::enable_if_t<std::is_arithmetic<T>::value, typename Mixed<V, typename PlainOf<T>::Type>::type>;
-template <class V, class T>
-using ValueMixedT = std::enable_if_t<!std::is_arithmetic<T>::value, typename Mixed<V, typename PlainOf<T>::Type>::type>;
+using MixedWithT = typename Mixed<V, typename PlainOf<T>::Type>::type;
 // Present, as the value type of `N`, when `T` is a plain number.
 template <class T, class N>
 using LeftT = std::enable_if_t<std::is_arithmetic<T>::value && !std::is_void<NumberOf<N>>::value, NumberOf<N>>;
@@ -78,6 +77,15 @@ using LeftT = std::enable_if_t<std::is_arithmetic<T>::value && !std::is_void<Num
 template <class V, class T>
 constexpr bool kByDouble =
     std::is_integral<typename V::Scalar>::value&& std::is_floating_point<typename PlainOf<T>::Type>::value;
+
+// The type that an operation of `V` with a `T` is computed in.
+template <class V, class T, class Plain = typename PlainOf<T>::Type>
+using ResultT =
+    std::conditional_t<kByDouble<V, T>, Double,
+                       std::conditional_t<std::is_same<V, Int>::value && std::is_integral<Plain>::value &&
+                                              (sizeof(Plain) > sizeof(int) ||
+                                               (sizeof(Plain) == sizeof(int) && std::is_unsigned<Plain>::value)),
+                                          Int64, V>>;
 
 template <class T>
 bool IsNullNumber(T const& number) {
@@ -138,83 +146,67 @@ int ComparePlain(A a, B b) {
 
 }  // namespace corvane
 
-template <class N, class T, class V = corvane::MixedT<N, T>>
-auto operator+(N const& a, T const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    return corvane::AsDouble(a) + corvane::AsDouble(b);
-  } else {
-    return corvane::IsNullNumber(a) ? V() : static_cast<V const&>(a) + corvane::Converted<V>(b);
-  }
+template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
+R operator+(N const& a, T const& b) {
+  return corvane::Converted<R>(a) + corvane::Converted<R>(b);
 }
 
-template <class N, class T, class V = corvane::MixedT<N, T>>
-auto operator-(N const& a, T const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    return corvane::AsDouble(a) - corvane::AsDouble(b);
-  } else {
-    return corvane::IsNullNumber(a) ? V() : static_cast<V const&>(a) - corvane::Converted<V>(b);
-  }
+template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
+R operator-(N const& a, T const& b) {
+  return corvane::Converted<R>(a) - corvane::Converted<R>(b);
 }
 
-template <class N, class T, class V = corvane::MixedT<N, T>>
-auto operator*(N const& a, T const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    return corvane::AsDouble(a) * corvane::AsDouble(b);
-  } else {
-    return corvane::IsNullNumber(a) ? V() : static_cast<V const&>(a) * corvane::Converted<V>(b);
-  }
+template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
+R operator*(N const& a, T const& b) {
+  return corvane::Converted<R>(a) * corvane::Converted<R>(b);
 }
 
-template <class N, class T, class V = corvane::MixedT<N, T>>
-auto operator/(N const& a, T const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    return corvane::AsDouble(a) / corvane::AsDouble(b);
-  } else {
-    return corvane::IsNullNumber(a) ? V() : static_cast<V const&>(a) / corvane::Converted<V>(b);
-  }
+template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
+R operator/(N const& a, T const& b) {
+  return corvane::Converted<R>(a) / corvane::Converted<R>(b);
 }
 
 // The compound forms end in the value's own operators, so that columns keep their rules for neutral operands.
-template <class N, class T, class V = corvane::MixedT<N, T>>
+template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
 N& operator+=(N& a, T const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    auto const operand = corvane::AsDouble(b);
-    if (!(operand == 0.0)) a = corvane::Truncate<V>(corvane::AsDouble(a) + operand);
-  } else {
+  if constexpr (std::is_same<R, V>::value) {
     a += corvane::Converted<V>(b);
+  } else {
+    R const operand = corvane::Converted<R>(b);
+    if (!(operand == R(0))) a = corvane::Converted<V>(corvane::Converted<R>(a) + operand);
   }
   return a;
 }
 
-template <class N, class T, class V = corvane::MixedT<N, T>>
+template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
 N& operator-=(N& a, T const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    auto const operand = corvane::AsDouble(b);
-    if (!(operand == 0.0)) a = corvane::Truncate<V>(corvane::AsDouble(a) - operand);
-  } else {
+  if constexpr (std::is_same<R, V>::value) {
     a -= corvane::Converted<V>(b);
+  } else {
+    R const operand = corvane::Converted<R>(b);
+    if (!(operand == R(0))) a = corvane::Converted<V>(corvane::Converted<R>(a) - operand);
   }
   return a;
 }
 
-template <class N, class T, class V = corvane::MixedT<N, T>>
+template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
 N& operator*=(N& a, T const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    auto const operand = corvane::AsDouble(b);
-    if (!(operand == 1.0)) a = corvane::Truncate<V>(corvane::AsDouble(a) * operand);
-  } else {
+  if constexpr (std::is_same<R, V>::value) {
     a *= corvane::Converted<V>(b);
+  } else {
+    R const operand = corvane::Converted<R>(b);
+    if (!(operand == R(1))) a = corvane::Converted<V>(corvane::Converted<R>(a) * operand);
   }
   return a;
 }
 
-template <class N, class T, class V = corvane::MixedT<N, T>>
+template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
 N& operator/=(N& a, T const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    auto const operand = corvane::AsDouble(b);
-    if (!(operand == 1.0)) a = corvane::Truncate<V>(corvane::AsDouble(a) / operand);
-  } else {
+  if constexpr (std::is_same<R, V>::value) {
     a /= corvane::Converted<V>(b);
+  } else {
+    R const operand = corvane::Converted<R>(b);
+    if (!(operand == R(1))) a = corvane::Converted<V>(corvane::Converted<R>(a) / operand);
   }
   return a;
 }
@@ -260,40 +252,24 @@ bool operator>=(N const& a, T const& b) {
 
 // A plain number on the left, its value's own scalar too: the built-in operators would take a NULL for a number, and
 // end the process in a division by zero.
-template <class T, class N, class V = corvane::LeftT<T, N>>
-auto operator+(T a, N const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    return corvane::AsDouble(a) + corvane::AsDouble(b);
-  } else {
-    return corvane::IsNullNumber(b) ? V() : corvane::Converted<V>(a) + static_cast<V const&>(b);
-  }
+template <class T, class N, class V = corvane::LeftT<T, N>, class R = corvane::ResultT<V, T>>
+R operator+(T a, N const& b) {
+  return corvane::Converted<R>(a) + corvane::Converted<R>(b);
 }
 
-template <class T, class N, class V = corvane::LeftT<T, N>>
-auto operator-(T a, N const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    return corvane::AsDouble(a) - corvane::AsDouble(b);
-  } else {
-    return corvane::IsNullNumber(b) ? V() : corvane::Converted<V>(a) - static_cast<V const&>(b);
-  }
+template <class T, class N, class V = corvane::LeftT<T, N>, class R = corvane::ResultT<V, T>>
+R operator-(T a, N const& b) {
+  return corvane::Converted<R>(a) - corvane::Converted<R>(b);
 }
 
-template <class T, class N, class V = corvane::LeftT<T, N>>
-auto operator*(T a, N const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    return corvane::AsDouble(a) * corvane::AsDouble(b);
-  } else {
-    return corvane::IsNullNumber(b) ? V() : corvane::Converted<V>(a) * static_cast<V const&>(b);
-  }
+template <class T, class N, class V = corvane::LeftT<T, N>, class R = corvane::ResultT<V, T>>
+R operator*(T a, N const& b) {
+  return corvane::Converted<R>(a) * corvane::Converted<R>(b);
 }
 
-template <class T, class N, class V = corvane::LeftT<T, N>>
-auto operator/(T a, N const& b) {
-  if constexpr (corvane::kByDouble<V, T>) {
-    return corvane::AsDouble(a) / corvane::AsDouble(b);
-  } else {
-    return corvane::IsNullNumber(b) ? V() : corvane::Converted<V>(a) / static_cast<V const&>(b);
-  }
+template <class T, class N, class V = corvane::LeftT<T, N>, class R = corvane::ResultT<V, T>>
+R operator/(T a, N const& b) {
+  return corvane::Converted<R>(a) / corvane::Converted<R>(b);
 }
 
 template <class T, class N, class V = corvane::LeftT<T, N>>

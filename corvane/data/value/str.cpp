@@ -143,12 +143,17 @@ Str operator+(char const* left, Str const& right) {
   return sum;
 }
 
+// Beside a column the column's rules count, on whichever side it stands.
 bool Str::operator==(basic_type const& other) const {
-  return *this == corvane::internal::SameKind<Str>(*this, other, "Str::operator == ()");
+  auto const& text = corvane::internal::SameKind<Str>(*this, other, "Str::operator == ()");
+  return text.inPlace_ ? other == static_cast<basic_type const&>(*this) : *this == text;
 }
 
 bool Str::operator<(basic_type const& other) const {
-  return *this < corvane::internal::SameKind<Str>(*this, other, "Str::operator < ()");
+  auto const& text = corvane::internal::SameKind<Str>(*this, other, "Str::operator < ()");
+  if (!text.inPlace_) return *this < text;
+  basic_type const& self = *this;
+  return !(other < self) && !(other == self);
 }
 
 void Str::copy(basic_type const& other) { *this = corvane::internal::SameKind<Str>(*this, other, "Str::copy()"); }

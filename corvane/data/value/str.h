@@ -28,6 +28,8 @@ class CORVANE_API Str : public virtual basic_type {
   Str(Str&& other);
   /// Empty (not null), with room for `capacity` bytes; a negative capacity counts as 0.
   explicit Str(int capacity);
+  template <class T, std::enable_if_t<std::is_same<T, char>::value, int> = 0>
+  explicit Str(T) = delete;  // a character is no capacity: append it with `<<`
   /// Copies the whole standard string, never null. A template of exactly std::string, so that a braced pair of
   /// literals is never taken for one.
   template <class S, std::enable_if_t<std::is_same<S, std::string>::value, int> = 0>
@@ -81,7 +83,8 @@ class CORVANE_API Str : public virtual basic_type {
   bool operator>(Str const& text) const { return View() > text.View(); }
   bool operator<=(Str const& text) const { return View() <= text.View(); }
   bool operator>=(Str const& text) const { return View() >= text.View(); }
-  /// As basic_type gives them; the other value must be of type 12.
+  /// As basic_type gives them, but null equals empty; the other value must be of type 12. Beside a column they compare
+  /// as the column does: trailing blanks do not count, and its NULL equals only another.
   bool operator==(basic_type const& other) const override;
   bool operator<(basic_type const& other) const override;
   bool operator!=(basic_type const& other) const { return !(*this == other); }

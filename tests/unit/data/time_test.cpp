@@ -476,4 +476,14 @@ TEST(ASTime, OverriddenAssignmentIsReachedFromEveryForm) {
   EXPECT_EQ(static_cast<int>(counting), 9);
 }
 
+TEST(ASTime, TakesANullOfMoreBitsAsNull) {
+  ASTime time(5);
+  time = Int64();
+  EXPECT_EQ(time.IsNull(), 1);
+}
+
+TEST(ASTimeReading, GivesNullForAYearThatIsAValidOneInSixteenBits) {
+  EXPECT_EQ(ASTime::YYMMDDtoInt("67540 07 01 13:45:00"), ASTime::kNull);
+}
+
 }  // namespace

@@ -203,9 +203,15 @@ TYPED_TEST(MixedPair, OrdersNullBeforeTheNumber) {
 
 // Types of the results
 
-TEST(MixedArithmetic, KeepsTheValueTypeBesideIntegers) {
-  EXPECT_TRUE((std::is_same<decltype(Int() + 1L), Int>::value));
-  EXPECT_TRUE((std::is_same<decltype(Int() / 1U), Int>::value));
+TEST(MixedArithmetic, GivesTheWiderTypeBesideIntegersOfMoreBits) {
+  EXPECT_TRUE((std::is_same<decltype(Int() + 1L), Int64>::value));
+  EXPECT_TRUE((std::is_same<decltype(Int() / 1U), Int64>::value));
+  EXPECT_TRUE((std::is_same<decltype(1L * Int()), Int64>::value));
+}
+
+TEST(MixedArithmetic, KeepsTheValueTypeBesideIntegersOfNoMoreBits) {
+  EXPECT_TRUE((std::is_same<decltype(Int() + short{1}), Int>::value));
+  EXPECT_TRUE((std::is_same<decltype(Int() - true), Int>::value));
   EXPECT_TRUE((std::is_same<decltype(Int64() - 1), Int64>::value));
   EXPECT_TRUE((std::is_same<decltype(Int64() * 1ULL), Int64>::value));
   EXPECT_TRUE((std::is_same<decltype(Double() + 1), Double>::value));
@@ -266,23 +272,35 @@ TEST(MixedArithmetic, BecomesNullWhenDividedByAnIntegerZero) {
 
 // Numbers that do not fit
 
-TEST(MixedArithmetic, RefusesIntegersThatDoNotFit) {
+TEST(MixedArithmetic, ComputesInTheWiderType) {
+  EXPECT_EQ((Int(1) + 2147483647L).getstr(), "2147483648");
+  EXPECT_EQ((Int(1) - 4294967295U).getstr(), "-4294967294");
+  EXPECT_EQ((Int(1000000) * 1000000L).getstr(), "1000000000000");
+  EXPECT_EQ((1000000L * Int(1000000)).getstr(), "1000000000000");
+  EXPECT_EQ((Int(7) / 2147483648L).getstr(), "0");
+}
+
+TEST(MixedArithmetic, RefusesIntegersBeyondEverySignedOne) {
   Int value(1);
-  EXPECT_EQ(MessageOf([&] { value + 2147483648L; }), "Number is out of range for Int. ");
-  EXPECT_EQ(MessageOf([&] { value - 2147483648U; }), "Number is out of range for Int. ");
-  EXPECT_EQ(MessageOf([&] { value * -2147483649LL; }), "Number is out of range for Int. ");
-  EXPECT_EQ(MessageOf([&] { value / ULLONG_MAX; }), "Number is out of range for Int. ");
+  EXPECT_EQ(MessageOf([&] { value / ULLONG_MAX; }), "Number is out of range for Int64. ");
   Int64 wide(1L);
   EXPECT_EQ(MessageOf([&] { wide + 9223372036854775808UL; }), "Number is out of range for Int64. ");
 }
 
-TEST(MixedArithmetic, LeavesTheValueAloneWhenAnIntegerDoesNotFit) {
+TEST(MixedArithmetic, LeavesTheValueAloneWhenAResultDoesNotFit) {
   Int value(42);
   EXPECT_EQ(MessageOf([&] { value += 2147483648L; }), "Number is out of range for Int. ");
-  EXPECT_EQ(MessageOf([&] { value -= 2147483648L; }), "Number is out of range for Int. ");
+  EXPECT_EQ(MessageOf([&] { value -= 4294967296L; }), "Number is out of range for Int. ");
   EXPECT_EQ(MessageOf([&] { value *= 2147483648L; }), "Number is out of range for Int. ");
-  EXPECT_EQ(MessageOf([&] { value /= 2147483648L; }), "Number is out of range for Int. ");
   EXPECT_EQ(static_cast<int>(value), 42);
+}
+
+TEST(MixedArithmetic, TakesACompoundResultThatFitsWhateverTheOperand) {
+  Int value(42);
+  value /= 2147483648L;
+  EXPECT_EQ(static_cast<int>(value), 0);
+  value -= 2147483647L;
+  EXPECT_EQ(static_cast<int>(value), -2147483647);
 }
 
 TEST(MixedArithmetic, LeavesTheValueAloneWhenATruncatedResultDoesNotFit) {
@@ -363,8 +381,8 @@ TEST(MixedArithmetic, TakesTheSmallestTruncatedResultThatFits) {
 
 // A value of another type as the operand
 
-TEST(MixedArithmetic, KeepsTheTypeOfTheLeftValueBesideIntegerValues) {
-  EXPECT_TRUE((std::is_same<decltype(Int() + Int64()), Int>::value));
+TEST(MixedArithmetic, GivesTheWiderTypeBesideIntegerValues) {
+  EXPECT_TRUE((std::is_same<decltype(Int() + Int64()), Int64>::value));
   EXPECT_TRUE((std::is_same<decltype(Int64() + Int()), Int64>::value));
   EXPECT_TRUE((std::is_same<decltype(Double() + Int()), Double>::value));
 }
@@ -414,11 +432,30 @@ TEST(MixedArithmetic, OrdersBehindANullOfAnotherType) {
   EXPECT_TRUE(Double(-1e308) > Int64());
 }
 
-TEST(MixedArithmetic, RefusesIntegerValuesThatDoNotFit) {
+TEST(MixedArithmetic, RefusesAResultOfIntegerValuesThatDoesNotFit) {
   Int value(42);
-  EXPECT_EQ(MessageOf([&] { value + Int64(5000000000L); }), "Number is out of range for Int. ");
+  EXPECT_EQ((value + Int64(5000000000L)).getstr(), "5000000042");
   EXPECT_EQ(MessageOf([&] { value += Int64(5000000000L); }), "Number is out of range for Int. ");
   EXPECT_EQ(static_cast<int>(value), 42);
+}
+
+TEST(MixedArithmetic, ConstructsFromAValueOfAnotherType) {
+  EXPECT_EQ(Int64(Int()).IsNull(), 1);
+  EXPECT_EQ(Double(Int64()).IsNull(), 1);
+  EXPECT_EQ(Int(Int64(7L)).getstr(), "7");
+  EXPECT_EQ(Int(Double(-2.9)).getstr(), "-2");
+  EXPECT_EQ(MessageOf([] { Int(Int64(5000000000L)); }), "Number is out of range for Int. ");
+  EXPECT_EQ(MessageOf([] { Int(5000000000L); }), "Number is out of range for Int. ");
+  EXPECT_EQ(MessageOf([] { Int64(1e30); }), "Number is out of range for Int64. ");
+}
+
+TEST(MixedArithmetic, TakesANumberOnTheLeft) {
+  EXPECT_EQ((1 + Int()).IsNull(), 1);
+  EXPECT_EQ((7 / Int(0)).IsNull(), 1);
+  EXPECT_EQ((7 - Int64(2L)).getstr(), "5");
+  EXPECT_EQ((7.0 / Int(2)).getstr(), "3.5");
+  EXPECT_FALSE(1U < Int(-1));
+  EXPECT_FALSE(LONG_MIN == Int64());
 }
 
 }  // namespace

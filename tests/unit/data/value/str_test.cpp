@@ -1,3 +1,4 @@
+#include "corvane/data/str.h"
 #include "corvane/data/value/str.h"
 
 #include <gtest/gtest.h>
@@ -1287,6 +1288,17 @@ TEST(Str, RefusesRoomForAWriterThatALengthCannotSay) {
 
 TEST(Str, RefusesMoreBytesThanALengthCanSay) {
   EXPECT_EQ(MessageOf([] { Str("x", kTooLong); }), "Text is too long for Str. ");
+}
+
+TEST(Str, ComparesWithAColumnBehindTheRootAsTheColumnDoes) {
+  ASStr column(5);
+  basic_type const& root = column;
+  EXPECT_FALSE(Str("") == root);
+  EXPECT_TRUE(Str() == root);
+  column = "ab";
+  EXPECT_TRUE(Str("ab") == root);
+  EXPECT_FALSE(Str("ab") < root);
+  EXPECT_TRUE(Str("aa") < root);
 }
 
 }  // namespace
