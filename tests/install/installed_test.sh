@@ -21,7 +21,8 @@ library=$(dirname "$(find "$prefix" -name libcorvane.mysql.so)")
 readelf -d "$library/libcorvane.mysql.so" | grep -q 'SONAME.*libcorvane\.mysql\.so\.[0-9]'
 if find "$prefix" -path '*internal*' | grep .; then echo "private headers are installed"; exit 1; fi
 
-cmake -S "$source/tests/install/consumer" -B "$folder/cmake" -DCMAKE_PREFIX_PATH="$prefix" \
+generator=$(sed -n 's/^CMAKE_GENERATOR:INTERNAL=//p' "$build/CMakeCache.txt")
+cmake -G "$generator" -S "$source/tests/install/consumer" -B "$folder/cmake" -DCMAKE_PREFIX_PATH="$prefix" \
   -DCMAKE_CXX_COMPILER="$compiler" >"$folder/configure.log"
 cmake --build "$folder/cmake" >"$folder/build.log" || { cat "$folder/build.log"; exit 1; }
 check "$folder/cmake/consumer"

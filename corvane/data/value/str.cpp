@@ -224,7 +224,7 @@ int Str::Find(std::string_view what, std::size_t from) const {
   return position != std::string_view::npos ? static_cast<int>(position) : -1;
 }
 
-std::size_t Str::InPlaceLength() const { return strnlen(text_, capacity_); }
+std::size_t Str::InPlaceLength() const { return text_ != nullptr ? strnlen(text_, capacity_) : 0; }
 
 void Str::Assign(char const* bytes, std::size_t length) {
   if (inPlace_) {
