@@ -200,7 +200,7 @@ void ASSession::OpenMain(bool exitOnError) {
   corvane::internal::EnsureClientLibrary();
   mainHandle_ = mysql_init(nullptr);
   if (mainHandle_ == nullptr) Log(debugLevel_, kLogFailures, "SESSION ", Address(), " mysql_init failed\n");
-  // Named: reading a parameter that was never given adds it to the map.
+  // One by one: looking up a parameter that was never given adds it to the map, where later logs show it.
   char const* const host = parameters_["Host"].c_str();
   char const* const user = parameters_["UserName"].c_str();
   char const* const password = parameters_["Password"].c_str();
