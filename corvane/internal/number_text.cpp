@@ -12,6 +12,9 @@ namespace corvane::internal {
 
 namespace {
 
+// No number of so many digits overflows an unsigned long long.
+constexpr int kSafeDigits = std::numeric_limits<unsigned long long>::digits10;
+
 template <class Number>
 std::size_t WriteInteger(char* to, Number number) {
   return static_cast<std::size_t>(std::to_chars(to, to + kNumberRoom, number).ptr - to);
@@ -20,6 +23,11 @@ std::size_t WriteInteger(char* to, Number number) {
 // The blanks of isspace() in the "C" locale.
 char const* SkipBlanks(char const* text) {
   while (*text == ' ' || (*text >= '\t' && *text <= '\r')) ++text;
+  return text;
+}
+
+char const* SkipDigits(char const* text) {
+  while (IsDigit(*text)) ++text;
   return text;
 }
 
@@ -41,12 +49,26 @@ std::size_t WriteNumber(char* to, double number) {
 }
 
 long long ParseInteger(char const* text) {
+  constexpr long long kMax = std::numeric_limits<long long>::max();
+  char const* digits = *text == '-' ? text + 1 : text;
+  int count = 0;
+  unsigned long long magnitude = 0;
+  for (; count < kSafeDigits && IsDigit(digits[count]); ++count) {
+    magnitude = magnitude * 10 + static_cast<unsigned char>(digits[count] - '0');
+  }
+  // Nearly every field ends here: a plain number that fits, with nothing before it but "-".
+  if (count > 0 && !IsDigit(digits[count]) && magnitude <= static_cast<unsigned long long>(kMax)) {
+    auto const number = static_cast<long long>(magnitude);
+    return *text == '-' ? -number : number;
+  }
+
   text = SkipBlanks(text);
   if (*text == '+' && text[1] != '-') ++text;  // from_chars takes "-" only
+  digits = *text == '-' ? text + 1 : text;
   long long number = 0;
-  auto const parsed = std::from_chars(text, text + std::strlen(text), number);
+  auto const parsed = std::from_chars(text, SkipDigits(digits), number);
   if (parsed.ec == std::errc::result_out_of_range) {
-    return *text == '-' ? std::numeric_limits<long long>::min() : std::numeric_limits<long long>::max();
+    return *text == '-' ? std::numeric_limits<long long>::min() : kMax;
   }
   return number;
 }

@@ -15,6 +15,9 @@ std::size_t WriteNumber(char* to, unsigned long long number);
 /// exponent outside; "nan" and "inf" for what is no number. Never dependent on the locale.
 std::size_t WriteNumber(char* to, double number);
 
+/// A digit of the "C" locale.
+constexpr bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') <= 9; }
+
 /// What atoi, atoll and atof give in the "C" locale, whatever the locale in force: leading blanks and a sign are
 /// taken, reading stops at the first other character, no digits give 0. ParseInteger saturates.
 long long ParseInteger(char const* text);

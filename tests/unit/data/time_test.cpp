@@ -15,6 +15,7 @@
 #include <random>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "tests/unit/data/column_probes.h"
 
@@ -67,6 +68,38 @@ int ByCalendar(Parts const& parts) {
   } catch (std::exception const&) {
     return kNull;
   }
+}
+
+bool InCalendar(Parts const& parts) {
+  return parts.year >= 1400 && parts.year <= 9999 && parts.month >= 1 && parts.month <= 12 && parts.day >= 1 &&
+         parts.day <= gregorian_calendar::end_of_month_day(static_cast<unsigned short>(parts.year),
+                                                           static_cast<unsigned short>(parts.month));
+}
+
+// What the C library and the calendar make of any text: six numbers at fixed positions.
+int ByCLibraryAndCalendar(std::string const& text) {
+  char const* const from = text.c_str();
+  if (std::strlen(from) < 19) return kNull;
+  auto const numberAt = [&](int position) { return static_cast<int>(std::strtoll(from + position, nullptr, 10)); };
+  Parts const parts{numberAt(0), numberAt(5), numberAt(8), numberAt(11), numberAt(14), numberAt(17)};
+  return InCalendar(parts) ? ByCalendar(parts) : kNull;
+}
+
+// Reads a text in just as much memory as it needs, so that a sanitizer sees what is read behind its end.
+int ReadCopy(std::string const& text) {
+  std::vector<char> const copy(text.c_str(), text.c_str() + text.size() + 1);
+  return ASTime::YYMMDDtoInt(copy.data());
+}
+
+// The text with any NUL and other odd character made visible.
+std::string Shown(std::string const& text) { return testing::PrintToString(text); }
+
+// Texts that are valid times of the plain form, and what may follow one.
+std::vector<std::string> const& PlainTexts() {
+  static std::vector<std::string> const texts = {"2004-07-01 13:45:00", "2004-07-01 13:45:00.123456",
+                                                 "2000-02-29 23:59:59", "1999-12-31 00:00:00 trailing",
+                                                 "1400-01-10 09:08:07", "9999-12-31 23:59:59+02:00"};
+  return texts;
 }
 
 std::string CalendarText(int seconds) {
@@ -395,6 +428,37 @@ TEST(ASTimeReading, SecondAfterTheRangeIsNull) {
   EXPECT_EQ(ASTime::YYMMDDtoInt("1901-12-13 20:45:52"), kNull);
 }
 
+TEST(ASTimeReading, NumberGoesOnThroughTheDigitsBehindIt) {
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004-07-01 13:45:001"), 1088689501);
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004-07-01 13:45:100"), 1088689600);
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004-07-01 13:45300"), 1091404800);  // 45300 minutes, 0 seconds
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004-07-01 13045:00"), 1135604700);  // 13045 hours, 45 minutes
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004-07-01013:45:00"), kNull);
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004-07001 13:45:00"), kNull);
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004007-01 13:45:00"), kNull);
+}
+
+TEST(ASTimeReading, SignIsPartOfTheNumber) {
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004-+7-+1 13:45:00"), 1088689500);
+  EXPECT_EQ(ASTime::YYMMDDtoInt("2004-07--1 13:45:00"), kNull);
+}
+
+TEST(ASTimeReading, TextThatEndsEarlyIsNullWhateverLiesBehindIt) {
+  for (std::size_t end = 0; end < 19; ++end) {
+    std::string text = "2004-07-01 13:45:00";
+    text[end] = '\0';
+    ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), kNull) << Shown(text);
+  }
+}
+
+TEST(ASTimeReading, ReadsNothingBehindTheEndOfTheText) {
+  std::string const text = "2004-07-01 13:45:00";
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    ASSERT_EQ(ReadCopy(text.substr(0, length)), kNull) << length;
+  }
+  EXPECT_EQ(ReadCopy(text), 1088689500);
+}
+
 TEST(ASTimeReading, AgreesWithTheCalendarOnAnyParts) {
   std::mt19937 random(19700101);
   std::uniform_int_distribution<int> year(1390, 9999);
@@ -404,6 +468,149 @@ TEST(ASTimeReading, AgreesWithTheCalendarOnAnyParts) {
   for (int i = 0; i < 50000; ++i) {
     Parts const parts{year(random), month(random), day(random), two(random), two(random), two(random)};
     ASSERT_EQ(ASTime::YYMMDDtoInt(Text(parts).c_str()), ByCalendar(parts)) << Text(parts);
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCalendarOnEveryDay) {
+  int seconds = 0;  // another time of day each day
+  for (int year = 1400; year <= 9999; ++year) {
+    for (int month = 1; month <= 12; ++month) {
+      for (int day = 1; day <= LastDay(year, month); ++day) {
+        seconds = (seconds + 52711) % 86400;
+        Parts const parts{year, month, day, seconds / 3600, seconds / 60 % 60, seconds % 60};
+        std::string const text = Text(parts);
+        ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), ByCalendar(parts)) << text;
+      }
+    }
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCalendarOnEverySecondOfADay) {
+  // Among them the days on which the seconds pass a multiple of 2^31 or 2^32.
+  Parts const days[] = {{1400, 1, 1, 0, 0, 0},   {1833, 11, 24, 0, 0, 0}, {1901, 12, 13, 0, 0, 0},
+                        {1969, 12, 31, 0, 0, 0}, {1970, 1, 1, 0, 0, 0},   {2000, 2, 29, 0, 0, 0},
+                        {2038, 1, 19, 0, 0, 0},  {2106, 2, 7, 0, 0, 0},   {9999, 12, 31, 0, 0, 0}};
+  for (Parts parts : days) {
+    for (int second = 0; second < 86400; ++second) {
+      parts.hour = second / 3600;
+      parts.minute = second / 60 % 60;
+      parts.second = second % 60;
+      std::string const text = Text(parts);
+      ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), ByCalendar(parts)) << text;
+    }
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCalendarOnAnySecond) {
+  std::mt19937 random(99991231);
+  std::uniform_int_distribution<int> year(1400, 9999);
+  std::uniform_int_distribution<int> month(1, 12);
+  std::uniform_int_distribution<int> day(1, 31);
+  std::uniform_int_distribution<int> hour(0, 23);
+  std::uniform_int_distribution<int> sixty(0, 59);
+  for (int i = 0; i < 200000; ++i) {
+    Parts const parts{year(random), month(random), day(random), hour(random), sixty(random), sixty(random)};
+    std::string const text = Text(parts);
+    ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), ByCalendar(parts)) << text;
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCalendarOnEveryTwoDigitMonthAndDay) {
+  for (int const year : {0, 1399, 1400, 1600, 1900, 2000, 2003, 2004, 2100, 9999}) {
+    for (int month = 0; month <= 99; ++month) {
+      for (int day = 0; day <= 99; ++day) {
+        Parts const parts{year, month, day, 12, 34, 56};
+        std::string const text = Text(parts);
+        ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), InCalendar(parts) ? ByCalendar(parts) : kNull) << text;
+      }
+    }
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCalendarOnEveryTwoDigitTimeOfDay) {
+  for (int hour = 0; hour <= 99; ++hour) {
+    for (int minute = 0; minute <= 99; ++minute) {
+      for (int const second : {0, 1, 9, 10, 58, 59, 60, 61, 98, 99}) {
+        Parts const parts{2004, 7, 1, hour, minute, second};
+        std::string const text = Text(parts);
+        ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), ByCalendar(parts)) << text;
+      }
+    }
+  }
+  for (int second = 0; second <= 99; ++second) {
+    Parts const parts{2004, 7, 1, 13, 45, second};
+    std::string const text = Text(parts);
+    ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), ByCalendar(parts)) << text;
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCLibraryOnAnyCharacterInPlaceOfAnother) {
+  for (std::string const& plain : PlainTexts()) {
+    for (std::size_t at = 0; at < plain.size(); ++at) {
+      for (int c = 0; c < 256; ++c) {
+        std::string text = plain;
+        text[at] = static_cast<char>(c);
+        ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), ByCLibraryAndCalendar(text)) << Shown(text);
+      }
+    }
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCLibraryOnAnyCharacterTooManyOrTooFew) {
+  for (std::string const& plain : PlainTexts()) {
+    for (std::size_t at = 0; at <= plain.size(); ++at) {
+      std::string const without = plain.substr(0, at) + plain.substr(at < plain.size() ? at + 1 : at);
+      ASSERT_EQ(ReadCopy(without), ByCLibraryAndCalendar(without)) << Shown(without);
+      for (int c = 0; c < 256; ++c) {
+        std::string text = plain;
+        text.insert(at, 1, static_cast<char>(c));
+        ASSERT_EQ(ReadCopy(text), ByCLibraryAndCalendar(text)) << Shown(text);
+      }
+    }
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCLibraryOnLongerRunsOfDigits) {
+  for (std::string const& plain : PlainTexts()) {
+    for (std::size_t at = 0; at <= plain.size(); ++at) {
+      for (char const digit : {'0', '1', '9'}) {
+        for (std::size_t count = 1; count <= 24; ++count) {
+          std::string text = plain;
+          text.insert(at, count, digit);
+          ASSERT_EQ(ReadCopy(text), ByCLibraryAndCalendar(text)) << Shown(text);
+        }
+      }
+    }
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCLibraryOnAnyTwoOddCharacters) {
+  std::string const odd("0159 \t+-:.xT\0", 13);
+  for (std::string const& plain : PlainTexts()) {
+    for (std::size_t first = 0; first < 20 && first < plain.size(); ++first) {
+      for (std::size_t second = first + 1; second < 20 && second < plain.size(); ++second) {
+        std::string text = plain;
+        for (char const a : odd) {
+          text[first] = a;
+          for (char const b : odd) {
+            text[second] = b;
+            ASSERT_EQ(ASTime::YYMMDDtoInt(text.c_str()), ByCLibraryAndCalendar(text)) << Shown(text);
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(ASTimeReading, AgreesWithTheCLibraryOnNoise) {
+  std::string const alphabet("00011122334455667789 -+:.T\0", 28);
+  std::mt19937 random(20121221);
+  std::uniform_int_distribution<std::size_t> any(0, alphabet.size() - 1);
+  std::uniform_int_distribution<std::size_t> anyLength(15, 30);
+  for (int i = 0; i < 200000; ++i) {
+    std::string text = "2";
+    for (std::size_t left = anyLength(random); left > 0; --left) text += alphabet[any(random)];
+    ASSERT_EQ(ReadCopy(text), ByCLibraryAndCalendar(text)) << Shown(text);
   }
 }
 

@@ -14,6 +14,7 @@
 #include <locale>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -42,6 +43,12 @@ double StandardDouble(std::string const& text) { return strtod_l(text.c_str(), n
 
 long long StandardInteger(std::string const& text) { return strtoll_l(text.c_str(), nullptr, 10, CLocale()); }
 
+// Reads a text in just as much memory as it needs, so that a sanitizer sees what is read behind its end.
+long long ReadCopy(std::string const& text) {
+  std::vector<char> const copy(text.c_str(), text.c_str() + text.size() + 1);
+  return ParseInteger(copy.data());
+}
+
 std::uint64_t BitsOf(double number) {
   std::uint64_t bits = 0;
   std::memcpy(&bits, &number, sizeof bits);
@@ -65,10 +72,12 @@ class Random {
   std::uint64_t Bits() { return generator_(); }
   std::uint64_t Below(std::uint64_t limit) { return generator_() % limit; }
 
+  char AnyOf(std::string const& alphabet) { return alphabet[Below(alphabet.size())]; }
+
   // Up to `longest` characters of `alphabet`.
   std::string Text(std::string const& alphabet, std::uint64_t longest) {
     std::string text;
-    for (std::uint64_t left = Below(longest + 1); left > 0; --left) text += alphabet[Below(alphabet.size())];
+    for (std::uint64_t left = Below(longest + 1); left > 0; --left) text += AnyOf(alphabet);
     return text;
   }
 
@@ -319,6 +328,82 @@ TEST(NumberText, ReadsNoDigitsAsIntegerZero) {
   EXPECT_EQ(ParseInteger("-+1"), 0);
   EXPECT_EQ(ParseInteger("- 1"), 0);
   EXPECT_EQ(ParseInteger("abc"), 0);
+}
+
+TEST(NumberText, ReadsIntegersBehindManyZeros) {
+  EXPECT_EQ(ParseInteger("000000000000000000042"), 42);
+  EXPECT_EQ(ParseInteger("-000000000000000000042"), -42);
+  EXPECT_EQ(ParseInteger("0000000000000000000000000000000000000000"), 0);
+  EXPECT_EQ(ParseInteger("00000000000000000009223372036854775807"), LLONG_MAX);
+  EXPECT_EQ(ParseInteger("00000000000000000009223372036854775808"), LLONG_MAX);
+}
+
+TEST(NumberText, ReadsIntegersOf18And19Digits) {
+  EXPECT_EQ(ParseInteger("999999999999999999"), 999999999999999999);
+  EXPECT_EQ(ParseInteger("-999999999999999999"), -999999999999999999);
+  EXPECT_EQ(ParseInteger("1000000000000000000"), 1000000000000000000);
+  EXPECT_EQ(ParseInteger("-1000000000000000000"), -1000000000000000000);
+  EXPECT_EQ(ParseInteger("9999999999999999999"), LLONG_MAX);
+  EXPECT_EQ(ParseInteger("-9999999999999999999"), LLONG_MIN);
+}
+
+TEST(NumberText, ReadsIntegersUpToTheEndOfTheTextWhateverLiesBehindIt) {
+  EXPECT_EQ(ParseInteger("12\0345"), 12);
+  EXPECT_EQ(ParseInteger("-12\0345"), -12);
+  EXPECT_EQ(ParseInteger("-\0345"), 0);
+  EXPECT_EQ(ParseInteger(" \0345"), 0);
+  EXPECT_EQ(ParseInteger("\0345"), 0);
+}
+
+TEST(NumberText, ReadsIntegersOfEveryLengthAsTheCLibraryDoes) {
+  Random random;
+  for (char const* const before : {"", "-", "+", " ", " -", "\t+", "+-", "-+", "--", "++", "- ", "0", "-0"}) {
+    for (std::size_t length = 0; length <= 40; ++length) {
+      for (char const* const behind : {"", " ", "-1", "+", ".5", "e3", "x", "/", ":", "\n"}) {
+        for (char const first : {'0', '1', '8', '9'}) {
+          for (int i = 0; i < 8; ++i) {
+            std::string digits(length, first);
+            for (std::size_t at = 1; at < length && i > 0; ++at) digits[at] = random.AnyOf("0123456789");
+            std::string const text = before + digits + behind;
+            ASSERT_EQ(ReadCopy(text), StandardInteger(text)) << "'" << text << "'";
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(NumberText, ReadsIntegersAroundTheLimitsAsTheCLibraryDoes) {
+  Random random;
+  for (int i = 0; i < 100000; ++i) {
+    // The last four digits of the limits of 63 and of 64 bits are replaced, and a sign and zeros put before them.
+    std::string text = random.Below(2) == 0 ? "922337203685477" : "1844674407370955";
+    for (int digit = 0; digit < 4; ++digit) text += random.AnyOf("0123456789");
+    text = random.Text("+-", 1) + random.Text("0", 3) + text;
+    ASSERT_EQ(ReadCopy(text), StandardInteger(text)) << "'" << text << "'";
+  }
+}
+
+TEST(NumberText, ReadsEveryTextOfUpToThreeCharactersAsTheCLibraryDoes) {
+  for (int a = 0; a < 128; ++a) {
+    for (int b = 0; b < 128; ++b) {
+      for (char const c : std::string("\0 -+059/:.x", 11)) {
+        std::string const text = {static_cast<char>(a), static_cast<char>(b), c};
+        ASSERT_EQ(ParseInteger(text.c_str()), StandardInteger(text)) << testing::PrintToString(text);
+      }
+    }
+  }
+}
+
+TEST(NumberText, ReadsIntegersBetweenOtherBytesAsTheCLibraryDoes) {
+  for (int byte = 0; byte < 256; ++byte) {
+    char const c = static_cast<char>(byte);
+    for (std::string const& text :
+         {std::string(1, c) + "7", "4" + std::string(1, c) + "2", "-" + std::string(1, c) + "2",
+          std::string("999999999999999999") + c, std::string("922337203685477580") + c}) {
+      ASSERT_EQ(ParseInteger(text.c_str()), StandardInteger(text)) << testing::PrintToString(text);
+    }
+  }
 }
 
 TEST(NumberText, ReadsIntegersAsTheCLibraryDoes) { ReadIntegersAsTheCLibraryDoes(); }
