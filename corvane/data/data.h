@@ -5,6 +5,7 @@
 #include "corvane/data/value/str.h"
 
 class ASAttribute;
+class ASComparison;
 
 namespace corvane {
 
@@ -56,6 +57,18 @@ class CORVANE_API ASData : public virtual basic_type {
   Str GetName() const;
   /// The bound attribute's ACType(); 0 when unbound.
   int GetACType() const;
+
+  /// Conditions that compare this value with another, both as quoted texts: "'1'='2'". Neither is escaped: never with
+  /// untrusted text. A NULL contributes what its getstr() gives. They name no record type, and throw nothing but memory
+  /// exhaustion. Include corvane/query/comparison.h to use them.
+  ASComparison EQ(basic_type const& other) const;
+  /// "'1'<>2'": no quote opens before the other value, and servers refuse the text (error 1064).
+  ASComparison NE(basic_type const& other) const;
+  /// "'1'>'2'", and so on with "<", ">=", "<=".
+  ASComparison GT(basic_type const& other) const;
+  ASComparison LT(basic_type const& other) const;
+  ASComparison GE(basic_type const& other) const;
+  ASComparison LE(basic_type const& other) const;
 
  protected:
   ASData() = default;

@@ -9,9 +9,9 @@
 /// A column of fixed-width text: assigned texts are padded with blanks to the capacity. A new one is NULL.
 ///
 /// The capacity is in bytes, and a longer text is cut there without error, possibly inside a character of several
-/// bytes. What a fetch puts in is not padded. A padded value written to a VARCHAR column stores its blanks, and as a
-/// key it matches only under collations that ignore trailing blanks: use ASVStr for VARCHAR.
-/// A NULL value as a key is written as '' and so matches empty texts.
+/// bytes. What a session's Fetch() puts in is not padded, what a cursor's does is. A padded value written to a VARCHAR
+/// column stores its blanks, and as a key it matches only under collations that ignore trailing blanks: use ASVStr for
+/// VARCHAR. A NULL value as a key is written as '' and so matches empty texts.
 class CORVANE_API ASStr : public virtual basic_type, public ASData, public Str {
  public:
   /// Room for `capacity` bytes, 0 included. Throws AException "Text is too long for Str. " above INT_MAX.

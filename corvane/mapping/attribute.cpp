@@ -7,6 +7,9 @@
 
 namespace {
 
+// Room for an alias and, since most texts go on to be conditions, for a short operand behind the name.
+constexpr std::size_t kConditionRoom = 55;
+
 // Its size is all that is copied of a buffer, and that follows the value.
 std::unique_ptr<char[]> NewCryptBuffer(ASData const* data) {
   if (data == nullptr) return nullptr;
@@ -57,7 +60,9 @@ ASAttribute& ASAttribute::Register(ASData* data, ASDomain* domain) {
 
 Str ASAttribute::Query() const {
   if (Domain() == nullptr) return name_;
-  Str text = Domain()->Alias();
+  Str text;
+  text.Reserve(kConditionRoom + name_.View().size());
+  Domain()->AppendAlias(text);
   text << '.' << name_;
   return text;
 }

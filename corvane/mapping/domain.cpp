@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
 #include "corvane/data/blob.h"
 #include "corvane/data/data.h"
@@ -189,18 +190,30 @@ ASDomain& ASDomain::Add(ASAttribute& attribute, ASData& data) {
 }
 
 Str ASDomain::Alias() const {
-  auto const address = static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(this));
-  Str alias("T");
-  alias << (address < 0 ? -address : address);
+  Str alias;
+  AppendAlias(alias);
   return alias;
 }
 
 Str ASDomain::Query(Str const& prefix, Str const& suffix) const {
-  Str qualified = name_;
-  qualified.replaceStr(".", prefix + "." + suffix);
   Str text;
-  text << prefix << qualified << suffix << ' ' << Alias();
+  AppendQuery(text, prefix, suffix);
   return text;
+}
+
+void ASDomain::AppendAlias(Str& out) const {
+  auto const address = static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(this));
+  out << 'T' << (address < 0 ? -address : address);
+}
+
+void ASDomain::AppendQuery(Str& out, Str const& prefix, Str const& suffix) const {
+  out << prefix;
+  std::string_view rest = name_.View();
+  for (std::size_t dot; (dot = rest.find('.')) != std::string_view::npos; rest.remove_prefix(dot + 1)) {
+    out.Append(rest.data(), dot) << prefix << '.' << suffix;
+  }
+  out.Append(rest.data(), rest.size()) << suffix << ' ';
+  AppendAlias(out);
 }
 
 void ASDomain::SetNull() {

@@ -50,6 +50,9 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   /// The table reference of a FROM clause: `prefix`, the name with each "." replaced by prefix + "." + suffix,
   /// `suffix`, a blank and the alias. With backticks "`shop`.`items` T140721".
   Str Query(Str const& prefix, Str const& suffix) const;
+  /// Alias() and Query() without a text of their own.
+  void AppendAlias(Str& out) const;
+  void AppendQuery(Str& out, Str const& prefix, Str const& suffix) const;
 
   /// Sets every value NULL.
   void SetNull();

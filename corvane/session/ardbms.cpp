@@ -91,7 +91,7 @@ int ToInt(std::string const& text) {
 }
 
 // False, with the error left in the handle, when the statement failed or there is no connection.
-bool Query(MYSQL* handle, Str const& statement) {
+bool Run(MYSQL* handle, Str const& statement) {
   if (std::strlen(statement.str()) != static_cast<std::size_t>(statement.length())) {
     throw AException("Statement contains a NUL byte. ");
   }
@@ -156,6 +156,7 @@ void ASSession::Start() {
 
 // Pinned: the database connections stay open; held by SessionEnd.DestructorClosesNoDatabaseConnection.
 ASSession::~ASSession() {
+  mysql_free_result(std::exchange(untaken_, nullptr));
   try {
     Log(debugLevel_, kLogStatements, "SESSION ", Address(), " DISCONNECT\n\n");
     Abandoned::All().Keep(mainHandle_);
@@ -266,6 +267,8 @@ bool ASSession::ConnectSequence() {
 }
 
 void ASSession::CloseDatabase() {
+  mayBeUntaken_ = false;
+  DropUntaken();
   if (sequenceHandle_ != nullptr) mysql_close(std::exchange(sequenceHandle_, nullptr));
   if (mainHandle_ != nullptr) mysql_close(std::exchange(mainHandle_, nullptr));
 }
@@ -283,7 +286,7 @@ unsigned long ASSession::Execute(Str const& statement) {
 // Runs the statement on the main connection. False when the connection was lost and is to be opened again.
 bool ASSession::Send(Str const& statement) {
   LogStatement(debugLevel_, Address(), statement);
-  if (Query(mainHandle_, statement)) {
+  if (Query(statement)) {
     rowsAffected_ = static_cast<unsigned long>(mysql_affected_rows(mainHandle_));
     Log(debugLevel_, kLogStatements, "EXECUTE COMPLETE\n");
     return true;
@@ -302,11 +305,38 @@ bool ASSession::Send(Str const& statement) {
   return false;
 }
 
+// Sends the statement on the main connection.
+bool ASSession::Query(Str const& statement) {
+  DropUntaken();
+  return Run(mainHandle_, statement);
+}
+
+void ASSession::AdmitUntaken() { mayBeUntaken_ = true; }
+
+void ASSession::AdmitUntakenOf(Str const& statement) {
+  untaken_ = mysql_store_result(mainHandle_);
+  while (!HasError() && mysql_next_result(mainHandle_) == 0) {
+    corvane::internal::ResultPtr const dropped(mysql_store_result(mainHandle_));
+  }
+  if (!HasError()) return;
+  DropUntaken();
+  LogFailure(debugLevel_, Address(), ClientError(mainHandle_), statement);
+  throw Refused(corvane::kErrStatementRefused, mainHandle_, statement);
+}
+
+bool ASSession::HasError() const { return ClientError(mainHandle_).number != 0; }
+
+void ASSession::DropUntaken() {
+  corvane::internal::ResultPtr const kept(std::exchange(untaken_, nullptr));
+  if (!std::exchange(mayBeUntaken_, false) || mainHandle_ == nullptr) return;
+  corvane::internal::ResultPtr const dropped(mysql_store_result(mainHandle_));
+}
+
 void ASSession::ExecuteSeq(Str const& statement) {
   while (true) {
     LogStatement(debugLevel_, Address(), statement);
     if (sequenceHandle_ == nullptr) throw AException("Sequence connection is not established. ");
-    if (Query(sequenceHandle_, statement)) return;
+    if (Run(sequenceHandle_, statement)) return;
     ClientError const error(sequenceHandle_);
     LogFailure(debugLevel_, Address(), error, statement);
     if (!IsConnectionLost(error.number)) throw Refused(0, sequenceHandle_, statement);
@@ -325,6 +355,8 @@ void ASSession::ExecuteSeq(Str const& statement) {
 }
 
 MYSQL_RES* ASSession::FetchMultiple() {
+  mayBeUntaken_ = false;
+  if (untaken_ != nullptr) return std::exchange(untaken_, nullptr);  // the caller's from here on
   MYSQL_RES* const result = mainHandle_ != nullptr ? mysql_store_result(mainHandle_) : nullptr;
   if (result == nullptr) throw AException("MySQL fetch error. ");
   return result;
@@ -339,7 +371,7 @@ void ASSession::Commit() {
 void ASSession::Rollback() {
   Str const statement("ROLLBACK");
   LogTransaction(debugLevel_, Address(), statement);
-  if (!connected_ || Query(mainHandle_, statement)) return;
+  if (!connected_ || Query(statement)) return;
   ClientError const error(mainHandle_);
   Str during;
   during << error.number << " (" << error.text << ") during ROLLBACK";
@@ -382,7 +414,7 @@ Int ASSession::GetInsertId() {
 }
 
 // Not mysql_ping: where the client library was told to reconnect, that would.
-bool ASSession::Ping() { return Query(mainHandle_, "DO 0"); }
+bool ASSession::Ping() { return Query("DO 0"); }
 
 void ASSession::Disconnect() {
   Log(debugLevel_, kLogStatements, "SESSION ", Address(), " DISCONNECT\n\n");

@@ -153,6 +153,16 @@ class CORVANE_API ASSession {
   Str Error(int) { return ""; }
 
  private:
+  friend class ASCursor;
+
+  // For a statement of a cursor's which has just been executed: FetchMultiple() may take its result, and nobody need.
+  // It is dropped before the next statement is sent. Of several results the first one is kept, and the others are
+  // dropped at once; throws when one of them could not be made.
+  void AdmitUntaken();
+  void AdmitUntakenOf(Str const& statement);
+  void DropUntaken();
+  bool HasError() const;
+  bool Query(Str const& statement);
   void Start();
   void OpenControl();
   void OpenMain(bool exitOnError);
@@ -176,6 +186,8 @@ class CORVANE_API ASSession {
   MYSQL* sequenceHandle_ = nullptr;  // likewise
   unsigned long rowsAffected_ = 0;
   std::unique_ptr<IO::TcpSocket> controlSocket_;
+  bool mayBeUntaken_ = false;     // a result that the client library still holds
+  MYSQL_RES* untaken_ = nullptr;  // the first of several; owned
 };
 
 #endif

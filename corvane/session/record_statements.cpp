@@ -21,12 +21,15 @@
 #include "corvane/internal/log.h"
 #include "corvane/internal/number_text.h"
 #include "corvane/internal/same_kind.h"
+#include "corvane/internal/sql_text.h"
 #include "corvane/mapping/domain.h"
 #include "corvane/session/ardbms.h"
 
 using corvane::AppendEscaped;
 using corvane::internal::kLogFailures;
 using corvane::internal::Log;
+using corvane::internal::sql::kAnd;
+using corvane::internal::sql::kSeparator;
 
 namespace {
 
@@ -248,7 +251,7 @@ void AppendKeyValue(Str& out, ASAttribute const& attribute, int mode, Append app
 
 // Appends the condition that the key columns identify, with its WHERE; nothing for a record without.
 void AppendKeyCondition(Str& out, Quoted const& quoted, ASDomain const& record, int mode) {
-  AppendEach(out, record, " WHERE ", " AND ", IsKey, [&](ASAttribute const& attribute) {
+  AppendEach(out, record, " WHERE ", kAnd, IsKey, [&](ASAttribute const& attribute) {
     quoted.Append(out, attribute.Name());
     out << '=';
     AppendKeyValue(out, attribute, mode, AppendEscapedText);
@@ -309,10 +312,10 @@ Str ASSession::InsertQuery(ASDomain const& record, int /*mode*/) const {
   text << "INSERT INTO ";
   quoted.Append(text, record.Name());
   text << " (";
-  AppendEach(text, record, "", ", ", IsWrittenOnInsert,
+  AppendEach(text, record, "", kSeparator, IsWrittenOnInsert,
              [&](ASAttribute const& attribute) { quoted.Append(text, attribute.Name()); });
   text << ") VALUES (";
-  AppendEach(text, record, "", ", ", IsWrittenOnInsert,
+  AppendEach(text, record, "", kSeparator, IsWrittenOnInsert,
              [&](ASAttribute const& attribute) { AppendValue(text, attribute); });
   text << ')';
   return text;
@@ -322,7 +325,7 @@ Str ASSession::SelectQuery(ASDomain const& record, int mode) const {
   Quoted const quoted{kwPrefix_, kwSuffix_};
   Str text = StartStatement(record);
   text << "SELECT ";
-  AppendEach(text, record, "", ", ", Any, [&](ASAttribute const& attribute) {
+  AppendEach(text, record, "", kSeparator, Any, [&](ASAttribute const& attribute) {
     if (attribute.Data() != nullptr && attribute.Data()->GetDBType() == corvane::kDbGeometry) {
       text << "AsBinary(" << attribute.Name() << ')';
     } else {
@@ -342,7 +345,7 @@ Str ASSession::UpdateQuery(ASDomain const& record, int mode) const {
   text << "UPDATE ";
   quoted.Append(text, record.Name());
   text << " SET ";
-  AppendEach(text, record, "", ", ", IsNoKey, [&](ASAttribute const& attribute) {
+  AppendEach(text, record, "", kSeparator, IsNoKey, [&](ASAttribute const& attribute) {
     quoted.Append(text, attribute.Name());
     text << '=';
     AppendValue(text, attribute);
@@ -366,7 +369,7 @@ Str ASSession::SaveQuery(ASDomain const& record, int mode) const {
   Quoted const quoted{kwPrefix_, kwSuffix_};
   Str text = StartStatement(record);
   auto const appendColumns = [&] {
-    AppendEach(text, record, "", ", ", Any, [&](ASAttribute const& attribute) { text << attribute.Name(); });
+    AppendEach(text, record, "", kSeparator, Any, [&](ASAttribute const& attribute) { text << attribute.Name(); });
   };
   text << "INSERT INTO ";
   quoted.Append(text, record.Name() + "Arc");
@@ -376,7 +379,7 @@ Str ASSession::SaveQuery(ASDomain const& record, int mode) const {
   appendColumns();
   text << " FROM ";
   quoted.Append(text, record.Name());
-  AppendEach(text, record, " WHERE ", " AND ", IsKey, [&](ASAttribute const& attribute) {
+  AppendEach(text, record, " WHERE ", kAnd, IsKey, [&](ASAttribute const& attribute) {
     text << attribute.Name() << '=';
     AppendKeyValue(text, attribute, mode, AppendText);
   });

@@ -15,6 +15,13 @@ void Use(ASSession& session, ASStr& text, ASInt& number, ASTime& time, Str& name
   guid = Guid("");
   ASStr const column(5);
   ASAttribute const attribute("name");
+  static_cast<void>(attribute == 5);
+  ASOrder order = -attribute;
+  ASGroupAttribute const sum("SUM(b)", nullptr, nullptr);
+  static_cast<void>(sum == attribute);
+  static_cast<void>(order - sum);
+  ASProject() << attribute;
+  ASCursor(&session).Order(ASOrder("a"));
 #elif MISUSE == 1  // a number is no text
   text = 5;
 #elif MISUSE == 2  // nor a text a number
@@ -58,6 +65,29 @@ void Use(ASSession& session, ASStr& text, ASInt& number, ASTime& time, Str& name
   time = 2.5;
 #elif MISUSE == 21  // the abstract column has no text
   ASSimpleAttribute const attribute;
+#elif MISUSE == 22  // a column stands on the left of a condition
+  static_cast<void>(5 == ASAttribute("name"));
+#elif MISUSE == 23
+  static_cast<void>(number == ASAttribute("name"));
+#elif MISUSE == 24  // and an aggregate on the left of one of a HAVING
+  static_cast<void>(ASAttribute("a") == ASGroupAttribute("SUM(b)", nullptr, nullptr));
+#elif MISUSE == 25  // aggregates are appended to an order that has a name
+  static_cast<void>(-ASAttribute("a") - ASGroupAttribute("SUM(b)", nullptr, nullptr));
+#elif MISUSE == 26  // a text is no column of a projection
+  ASProject().operator<<(Str("a"));
+#elif MISUSE == 27  // nor an order
+  ASCursor(&session).Order("a");
+#elif MISUSE == 28  // cursors are not copied
+  ASCursor const cursor(&session);
+  ASCursor const copy(cursor);
+#elif MISUSE == 29
+  ASCursor cursor(&session);
+  cursor = cursor;
+#elif MISUSE == 30  // nor their rows
+  MapBuffer const rows;
+  MapBuffer const copy(rows);
+#elif MISUSE == 31  // a session is no filter
+  ASFilter().Where(session);
 #else
 #error "no such misuse"
 #endif

@@ -6,8 +6,10 @@
 #include <cstdio>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -275,6 +277,179 @@ void Exceptions() {
   CHECK(numbered.Number() == 102 && numbered.Message() == "refused");
 }
 
+// The text with the records' aliases replaced by "a" and "b".
+std::string Text(Str text, Item const& a, Item const& b) {
+  text.replaceStr(a.Alias(), "a").replaceStr(b.Alias(), "b");
+  return text.ToString();
+}
+
+struct Pair {
+  Item a, b;
+  ASAttribute &id = a.idColumn, &name = a.nameColumn, &other = b.idColumn, &otherName = b.nameColumn;
+
+  template <class Query>
+  std::string operator()(Query const& query) const {
+    return Text(query.Query(), a, b);
+  }
+};
+
+void Conditions() {
+  Pair p;
+  ASAttribute const& id = p.id;
+  ASInt five;
+  five = 5;
+  ASInt64 wide;
+  wide = 5L;
+  ASVStr text(5);
+  text = "x";
+  ASInt const null;
+  long const five64 = 5;
+  CHECK(p(id == 5) == "a.id=5" && p(id == 5L) == "a.id=5" && p(id == 5U) == "a.id=5" && p(id == 5LL) == "a.id=5");
+  CHECK(p(id == 5UL) == "a.id=5" && p(id == five64) == "a.id=5" && p(id == short{5}) == "a.id=5");
+  CHECK(p(id == 0) == "a.id=0" && p(id == 0L) == "a.id=0" && p(id == true) == "a.id=1" && p(id == 'A') == "a.id=65");
+  CHECK(p(id != 5L) == "a.id<>5" && p(id > 5L) == "a.id>5" && p(id < 5L) == "a.id<5" && p(id >= 5U) == "a.id>=5");
+  CHECK(p(id <= 18446744073709551615UL) == "a.id<=18446744073709551615");
+  CHECK(p(id == 2.5) == "a.id=2.5" && p(id > 2.5F) == "a.id>2.5" && p(id != 2.5) == "a.id<>2.5");
+  CHECK(p(id == five) == "a.id=5" && p(id != wide) == "a.id<>5" && p(id == Int(5)) == "a.id=5");
+  CHECK(p(id == null) == "a.id IS NULL " && p(id != null) == "a.id IS NOT NULL " && p(id > null) == " 0 = 1 ");
+  CHECK(p(id == nullptr) == "a.id IS NULL ");
+  enum Code : unsigned { kSeven = 7 };
+  CHECK(p(id == kSeven) == "a.id=7" && p(id == 2.5L) == "a.id=2.5" &&
+        p(id.Between(kSeven, 9)) == "a.id BETWEEN 7 AND 9");
+  ASInt64 big;
+  big = 5000000000L;
+  ASDouble real;
+  real = 2.5;
+  CHECK(p(id.Between(big, 5)) == "a.id BETWEEN '5000000000' AND 5");
+  CHECK(p(id.Between(1, big)) == "a.id BETWEEN 1 AND '5000000000'");
+  CHECK(p(id.Between(real, 5L)) == "a.id BETWEEN '2.5' AND 5" &&
+        p(id.Between(real, big)) == "a.id BETWEEN '2.5' AND '5000000000'");
+  CHECK(p(p.name == "x") == "a.name='x'" && p(p.name == std::string("x")) == "a.name='x'");
+  CHECK(p(p.name == std::string_view("x")) == "a.name='x'" && p(p.name == Str("x")) == "a.name='x'");
+  CHECK(p(p.name == text) == "a.name='x'" && p(p.name != std::string("x")) == "a.name<>'x'");
+  CHECK(p(p.name >= std::string("x")) == "a.name>='x'" && p(p.name < "x") == "a.name<'x'");
+  CHECK(p(id == p.other) == "a.id=(b.id)" && p(id != p.other) == "a.id!=b.id" && p(id <= p.other) == "a.id<=b.id");
+  CHECK(p(id == p.id.Abs()) == "a.id=( ABS(a.id))");
+
+  CHECK(p((id == 1 && p.other == 2) || p.name.IsNull()) == "((a.id=1) AND (b.id=2)) OR (a.name IS NULL)");
+  CHECK(p(id == 1 && p.other == 2 && id != 3) == "((a.id=1) AND (b.id=2)) AND (a.id<>3)");
+  CHECK(p(!(id == 3)) == " NOT (a.id=3) ");
+  ASComparison c = id == 1 && p.other == 2;
+  ASComparison const& reference = id == 1 && p.other == 2;
+  CHECK(p(c) == "(a.id=1) AND (b.id=2)" && p(reference) == p(c) && c.Domains().size() == 2);
+  c&& id != 3;
+  CHECK(p(c) == "((a.id=1) AND (b.id=2)) AND (a.id<>3)");
+  ASComparison const join = ++p.id == p.other;
+  CHECK(p(join).empty() && join.JoinPairs().front().second == &p.a);
+  ASComparison nothing("", nullptr, nullptr);
+  for (int i = 0; i < 2; ++i) nothing || id == i;
+  CHECK(p(nothing) == "(a.id=0) OR (a.id=1)");
+
+  CHECK(p(p.name.Like("x%")) == "a.name LIKE 'x%'" && p(p.name.Like("x!%", '!')) == "a.name LIKE 'x!%' ESCAPE '!'");
+  CHECK(p(p.name.Like(Str("x%"), 0)) == "a.name LIKE 'x%'" && p(p.name.Like(std::string("x%"))) == "a.name LIKE 'x%'");
+  CHECK(p(p.name.NotLike("x%")) == "a.name NOT LIKE 'x%'" &&
+        p(p.name.Like(p.otherName)) == "a.name LIKE CONCAT(b.name, '%') ");
+  CHECK(p(id.Between(1, 2)) == "a.id BETWEEN 1 AND 2" && p(id.Between(1L, 2L)) == "a.id BETWEEN 1 AND 2");
+  CHECK(p(id.Between(1, 2.5)) == "a.id BETWEEN 1 AND 2.5" && p(id.Between(0.5, 2.5)) == "a.id BETWEEN 0.5 AND 2.5");
+  CHECK(p(id.Between(five, wide)) == "a.id BETWEEN '5' AND '5'" &&
+        p(id.Between("1", "2")) == "a.id BETWEEN '1' AND '2'");
+  CHECK(p(id.Between(std::string("1"), std::string("2"))) == "a.id BETWEEN '1' AND '2'");
+  CHECK(p(id.Between(p.other, p.id)) == "a.id BETWEEN b.id AND a.id");
+  CHECK(p(p.name.InStr("x") > 0) == " INSTR(a.name, 'x')>0" &&
+        p(p.name.InStr(Str("x")) == 1L) == " INSTR(a.name, 'x')=1");
+  CHECK(p(p.name.Upper() == "X") == " UPPER(a.name)='X'" && p(five.EQ(wide)) == "'5'='5'");
+}
+
+void Expressions() {
+  Pair p;
+  ASInt five;
+  five = 5;
+  CHECK(p(p.id + 5) == "a.id + '5'" && p(p.id + 2.5) == "a.id + '2.5'" && p(p.id - 5L) == "a.id - '5'");
+  CHECK(p(p.id * five) == "a.id * '5'" && p(p.id / p.other) == "a.id / b.id" &&
+        p((p.id + 1) * p.other) == "a.id + '1' * b.id");
+  CHECK(p((p.id + 1) * 0.5) == "a.id + '1' * '0.5'" && p(p.id + (p.other - 1)) == "a.id + b.id - '1'");
+  ASExpression const kept = p.id.Abs() + 1;
+  CHECK(p(kept) == " ABS(a.id) + '1'" && p(ASExpression(7)) == "'7'" && p(ASExpression()).empty());
+  ASExpression copy;
+  copy = kept;
+  CHECK(p(copy) == p(kept));
+  CHECK(p(p.id.Set(p.other + 1)) == "a.id = b.id + '1'" && p(p.id.Set(5)) == "a.id = '5'");
+  CHECK(p(p.name.Set(std::string("x"))) == "a.name = 'x'" && p(p.name + std::string("x")) == "a.name + 'x'");
+  CHECK(p(p.name.Set("x")) == "a.name = 'x'" && p(p.id.Set(Int())) == "a.id = NULL");
+  CHECK(p.id.Set(5).UpdateQuery() == "item");
+}
+
+void Aggregates() {
+  Pair p;
+  std::unique_ptr<ASGroupAttribute> const sum(p.id.Sum()), count(p.other.Count());
+  ASGroupAttribute const free = p.id.Expression("NOW()");
+  CHECK(p(*sum == 5) == "SUM(a.id)=5" && p(*sum == 5L) == "SUM(a.id)=5" && p(*sum > 2.5) == "SUM(a.id)>2.5");
+  CHECK(p(*sum != 5U) == "SUM(a.id)<>5" && p(*sum <= 5L) == "SUM(a.id)<=5" && p(free == "1") == "NOW()=1");
+  CHECK(p(*sum == *count) == "SUM(a.id)=COUNT(b.id)" && p(*sum != *count) == "SUM(a.id)<>COUNT(b.id)");
+  CHECK(p(*sum == p.other) == "SUM(a.id)=b.id" && p(*sum != p.other) == "SUM(a.id)<>b.id");
+  CHECK(p(*sum == std::string("'x'")) == "SUM(a.id)='x'");
+  ASInt64 big;
+  big = 5000000000L;
+  ASInt const null;
+  CHECK(p(*sum > big) == "SUM(a.id)>5000000000" && p(*sum != Int(5)) == "SUM(a.id)<>5");
+  CHECK(p(*sum > null) == " 0 = 1 " && p(*sum == null) == "SUM(a.id) IS NULL " && p(*sum < 2.5L) == "SUM(a.id)<2.5");
+  CHECK(p((*sum > 3) || (*count < 1)) == "(SUM(a.id)>3) OR (COUNT(b.id)<1)");
+  ASGroupComparison const& reference = *sum > 3 && *count < 1;
+  CHECK(p(reference) == "(SUM(a.id)>3) AND (COUNT(b.id)<1)" && reference.Domains().size() == 2);
+}
+
+void Queries() {
+  Pair p;
+  std::unique_ptr<ASGroupAttribute> const sum(p.id.Sum());
+  ASFilter filter;
+  filter.Project() << p.id << p.otherName.Upper() << *sum << sum.get() << p.id.Expression("1");
+  CHECK(Text(filter.Project().ProjectQuery(), p.a, p.b) == "a.id,  UPPER(b.name), SUM(a.id), SUM(a.id), 1");
+  for (ASSimpleAttribute const* item : filter.Project().Items()) CHECK(item->Query().length() > 0);
+  filter.Where(p.id == p.other).Having(*sum > 1).Hint("x");
+  CHECK(Text(filter.Query(), p.a, p.b) ==
+        "SELECT /*+ x */a.id,  UPPER(b.name), SUM(a.id), SUM(a.id), 1 FROM (item a, item b) WHERE a.id=(b.id) "
+        "GROUP BY a.id,  UPPER(b.name)  HAVING SUM(a.id)>1");
+  ASFilter inner;
+  inner.Project() << p.other;
+  CHECK(p(p.id.In(inner.Select())) == "a.id IN (SELECT b.id FROM (item b))");
+  CHECK(p(p.id > inner.Any()) == "a.id> ANY (SELECT b.id FROM (item b))");
+  CHECK(p(inner.Exists()) == " EXISTS (SELECT b.id FROM (item b))");
+  CHECK(p(p.id == 1 && !inner.Exists()) == "(a.id=1) AND ( NOT ( EXISTS (SELECT b.id FROM (item b))) )");
+
+  CHECK(p(-p.id) == "a.id DESC" && p(-p.id + p.name - p.other) == "a.id DESC, a.name ASC, b.id DESC");
+  ASOrder order = -p.id;
+  order - *sum;
+  order + *sum;
+  CHECK(p(order) == "a.id DESC, SUM(a.id) DESC, SUM(a.id) ASC" && p(-*sum) == "SUM(a.id) DESC");
+  CHECK(p(ASOrder(p.id.Query()) - p.name) == "a.id, a.name DESC" && p(ASOrder("1") << "2") == "1, 2");
+}
+
+// Never called: no server is needed for these to compile.
+[[maybe_unused]] void Cursors(ASSession& session, ASFilter const& filter, std::string const& sql) {
+  Pair p;
+  ASCursor cursor(&session);
+  cursor.Project() << p.id << p.name.Upper();
+  cursor.Where(p.id > 5);
+  cursor.Order(-p.id);
+  cursor.Limit(10).Limit(10, 5);
+  cursor.Union(filter).UnionAll(filter);
+  while (cursor.Fetch()) std::cout << p.a.id << '\n';
+  while (cursor.Fetch(p.a) != 0) std::cout << p.a.name << '\n';
+  cursor.Open();
+  cursor.Open(0, 0);
+  cursor.Reset().FetchSingle();
+  ASCursor raw(&session);
+  raw.Statement("SELECT 1");
+  raw.Statement(Str("SELECT ") + "1");
+  raw.Statement(sql);
+  for (ASSimpleAttribute* item : raw.Project().Items()) std::cout << item->Data()->getstr();
+  ASCursor late(nullptr);
+  late.AssignSession(&session);
+  late = filter;
+  std::unique_ptr<MapBuffer> const rows(late.Detach());
+  std::cout << rows->Capacity() << late.GetAmount();
+}
+
 // Never called: no server is needed for these to compile.
 [[maybe_unused]] void Sessions() {
   ASSession empty({}, 0, false);
@@ -294,6 +469,9 @@ void Exceptions() {
 }
 
 static_assert(!std::is_copy_constructible<ASSession>::value, "a session is not copied");
+static_assert(!std::is_copy_constructible<ASCursor>::value, "nor is a cursor");
+static_assert(!std::is_copy_constructible<MapBuffer>::value, "nor its rows");
+static_assert(!std::is_convertible<Str, ASOrder>::value, "a text is no order");
 static_assert(!std::is_assignable<ASStr&, int>::value, "a number is no text");
 static_assert(!std::is_convertible<int, Str>::value, "a capacity is no text");
 static_assert(!std::is_convertible<Str, ASAttribute>::value, "a text is no column");
@@ -311,5 +489,9 @@ int main() {
   Binaries();
   Records();
   Exceptions();
+  Conditions();
+  Expressions();
+  Aggregates();
+  Queries();
   return failures == 0 ? 0 : 1;
 }

@@ -27,6 +27,8 @@ TEST(ScriptedClient, TakesPrecedenceOverTheClientLibraryAndOverSleep) {
       {"mysql_close", reinterpret_cast<void*>(&mysql_close)},
       {"mysql_query", reinterpret_cast<void*>(&mysql_query)},
       {"mysql_store_result", reinterpret_cast<void*>(&mysql_store_result)},
+      {"mysql_next_result", reinterpret_cast<void*>(&mysql_next_result)},
+      {"mysql_fetch_fields", reinterpret_cast<void*>(&mysql_fetch_fields)},
       {"mysql_fetch_row", reinterpret_cast<void*>(&mysql_fetch_row)},
       {"mysql_fetch_lengths", reinterpret_cast<void*>(&mysql_fetch_lengths)},
       {"mysql_num_fields", reinterpret_cast<void*>(&mysql_num_fields)},
@@ -120,6 +122,86 @@ TEST_F(ScriptedClientCalls, AreOutOfStepOnceAResultWasNotTaken) {
   EXPECT_EQ(mysql_errno(handle), 2014U);
   EXPECT_EQ(mysql_store_result(handle), nullptr);
   EXPECT_EQ(mysql_query(handle, "SELECT 3"), 1);
+}
+
+TEST_F(ScriptedClientCalls, DescribeColumnsByDefault) {
+  client.AnswerQuery(2, {{"a", "bcd"}, {std::nullopt, "ef"}});
+  mysql_query(handle, "SELECT");
+  MYSQL_RES* const result = mysql_store_result(handle);
+  MYSQL_FIELD const* const fields = mysql_fetch_fields(result);
+  EXPECT_STREQ(fields[0].name, "f1");
+  EXPECT_STREQ(fields[1].name, "f2");
+  EXPECT_EQ(fields[1].type, MYSQL_TYPE_VAR_STRING);
+  EXPECT_EQ(fields[1].length, 255U);
+  EXPECT_EQ(fields[0].max_length, 1U);
+  EXPECT_EQ(fields[1].max_length, 3U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientCalls, DescribeColumnsAsScriptedWithTheLengthsOfTheRows) {
+  client.AnswerQuery(2, {{"1", std::string("a\0bc", 4)}})
+      .Fields({{"id", MYSQL_TYPE_LONG, 11}, {"note", MYSQL_TYPE_BLOB, 4294967295}});
+  mysql_query(handle, "SELECT");
+  MYSQL_RES* const result = mysql_store_result(handle);
+  MYSQL_FIELD const* const fields = mysql_fetch_fields(result);
+  EXPECT_STREQ(fields[0].name, "id");
+  EXPECT_EQ(fields[0].type, MYSQL_TYPE_LONG);
+  EXPECT_EQ(fields[0].length, 11U);
+  EXPECT_STREQ(fields[1].name, "note");
+  EXPECT_EQ(fields[1].length, 4294967295U);
+  EXPECT_EQ(fields[1].max_length, 4U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientCalls, AnnounceAsManyRowsAsScripted) {
+  client.AnswerQuery(1, {{"1"}}).AnnouncedRows(5000000000);
+  mysql_query(handle, "SELECT");
+  MYSQL_RES* const result = mysql_store_result(handle);
+  EXPECT_EQ(mysql_num_rows(result), 5000000000U);
+  EXPECT_NE(mysql_fetch_row(result), nullptr);
+  EXPECT_EQ(mysql_fetch_row(result), nullptr);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientCalls, GoToFurtherResultsOneByOne) {
+  client.AnswerQuery(1, {{"1"}}).Then(2, {{"2", "3"}}).Then();
+  mysql_query(handle, "CALL p()");
+  mysql_free_result(mysql_store_result(handle));
+  client.ForgetCalls();
+  EXPECT_EQ(mysql_next_result(handle), 0);
+  MYSQL_RES* const second = mysql_store_result(handle);
+  EXPECT_EQ(mysql_num_fields(second), 2U);
+  EXPECT_STREQ(mysql_fetch_row(second)[1], "3");
+  mysql_free_result(second);
+  EXPECT_EQ(mysql_next_result(handle), 0);
+  EXPECT_EQ(mysql_store_result(handle), nullptr);
+  EXPECT_EQ(mysql_next_result(handle), -1);
+  EXPECT_EQ(mysql_query(handle, "SELECT 1"), 0);
+  EXPECT_THAT(client.Calls(), ElementsAre("next_result", "store_result", "free_result", "next_result", "store_result",
+                                          "next_result", "query SELECT 1"));
+}
+
+TEST_F(ScriptedClientCalls, AreOutOfStepUntilFurtherResultsAreTaken) {
+  client.AnswerQuery(1, {{"1"}}).Then(1, {{"2"}});
+  mysql_query(handle, "CALL p()");
+  EXPECT_EQ(mysql_next_result(handle), 1);
+  EXPECT_EQ(mysql_errno(handle), 2014U);
+  mysql_free_result(mysql_store_result(handle));
+  EXPECT_EQ(mysql_query(handle, "SELECT 1"), 1);
+  EXPECT_EQ(mysql_errno(handle), 2014U);
+  EXPECT_EQ(mysql_next_result(handle), 0);
+  mysql_free_result(mysql_store_result(handle));
+  EXPECT_EQ(mysql_query(handle, "SELECT 1"), 0);
+}
+
+TEST_F(ScriptedClientCalls, FailOnTheWayToAFurtherResult) {
+  client.AnswerQuery().Then();
+  client.FailNextResult(1146, "no table");
+  EXPECT_EQ(mysql_next_result(handle), -1);
+  mysql_query(handle, "CALL p()");
+  EXPECT_EQ(mysql_next_result(handle), 1);
+  EXPECT_EQ(mysql_errno(handle), 1146U);
+  EXPECT_EQ(mysql_next_result(handle), -1);
 }
 
 TEST_F(ScriptedClientCalls, AnswerServerGoneOnAHandleThatWasNeverConnected) {

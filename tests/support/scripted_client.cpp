@@ -2,22 +2,40 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
+
+#include "tests/support/failing_allocation.h"
 
 namespace corvane::test {
 
 namespace {
 
-using Guard = std::lock_guard<std::mutex>;
+// Holds the stand-in's state for this thread; what it allocates meanwhile does not count as the tested code's.
+class Guard {
+ public:
+  explicit Guard(std::mutex& mutex) : lock_(mutex) {}
+
+ private:
+  std::lock_guard<std::mutex> lock_;
+  UnfailingAllocation unfailing_;
+};
 
 constexpr unsigned kServerGone = 2006;
 constexpr unsigned kOutOfSync = 2014;
+constexpr char const* kOutOfSyncText = "Commands out of sync; you can't run this command now";
 
 [[noreturn]] void Misuse(char const* function, char const* what) {
   std::fprintf(stderr, "%s: %s\n", function, what);
   std::abort();
+}
+
+void CheckWidth(char const* function, unsigned columns, std::vector<Row> const& rows) {
+  for (Row const& row : rows) {
+    if (row.size() != columns) Misuse(function, "a row has more or fewer fields than the result has columns");
+  }
 }
 
 std::string Shown(char const* text) { return text == nullptr ? "null" : *text == '\0' ? "''" : text; }
@@ -57,12 +75,30 @@ Kind* ScriptedClient::Find(std::list<Kind>& steps, std::string const& text) {
   return found;
 }
 
+ScriptedClient::Answer& ScriptedClient::Answer::Fields(std::vector<FieldDescription> fields) {
+  if (fields.size() != columns_) Misuse("Fields", "more or fewer fields than the result has columns");
+  fields_ = std::move(fields);
+  return *this;
+}
+
+ScriptedClient::Answer& ScriptedClient::Answer::Then(unsigned columns, std::vector<Row> rows) {
+  CheckWidth("Then", columns, rows);
+  further_.push_back({columns, std::move(rows)});
+  return *this;
+}
+
+ScriptedClient::Answer& ScriptedClient::Answer::Then() {
+  further_.emplace_back();
+  return *this;
+}
+
 void ScriptedClient::Reset() {
   Guard const guard(mutex_);
   initFailures_.clear();
   connectFailures_.clear();
   queryFailures_.clear();
   storeFailures_.clear();
+  nextFailures_.clear();
   answers_.clear();
   affectedRows_ = 0;
   insertId_ = 0;
@@ -102,10 +138,16 @@ ScriptedClient::Failure& ScriptedClient::FailStoreResult(unsigned number, std::s
   return failure;
 }
 
+ScriptedClient::Failure& ScriptedClient::FailNextResult(unsigned number, std::string text) {
+  Guard const guard(mutex_);
+  Failure& failure = nextFailures_.emplace_back();
+  failure.number_ = number;
+  failure.text_ = std::move(text);
+  return failure;
+}
+
 ScriptedClient::Answer& ScriptedClient::AnswerQuery(unsigned columns, std::vector<Row> rows) {
-  for (Row const& row : rows) {
-    if (row.size() != columns) Misuse("AnswerQuery", "a row has more or fewer fields than the result has columns");
-  }
+  CheckWidth("AnswerQuery", columns, rows);
   Guard const guard(mutex_);
   Answer& answer = answers_.emplace_back();
   answer.columns_ = columns;
@@ -157,7 +199,7 @@ std::size_t ScriptedClient::UnfreedResults() const {
 unsigned ScriptedClient::UnusedSteps() const {
   Guard const guard(mutex_);
   unsigned unused = 0;
-  for (auto const* failures : {&initFailures_, &connectFailures_, &queryFailures_, &storeFailures_}) {
+  for (auto const* failures : {&initFailures_, &connectFailures_, &queryFailures_, &storeFailures_, &nextFailures_}) {
     for (Failure const& failure : *failures) unused += failure.times_;
   }
   for (Answer const& answer : answers_) unused += answer.times_;
@@ -219,8 +261,9 @@ bool ScriptedClient::Query(MYSQL* address, char const* statement) {
   if (handle.pending != nullptr || handle.outOfStep) {
     handle.pending.reset();
     handle.outOfStep = true;
-    return Fail(handle, kOutOfSync, "Commands out of sync; you can't run this command now");
+    return Fail(handle, kOutOfSync, kOutOfSyncText);
   }
+  if (!handle.further.empty()) return Fail(handle, kOutOfSync, kOutOfSyncText);
   if (Failure const* const failure = Find(queryFailures_, statement)) {
     handle.affectedRows = static_cast<std::uint64_t>(-1);
     return Fail(handle, failure->number_, failure->text_);
@@ -233,11 +276,11 @@ bool ScriptedClient::Query(MYSQL* address, char const* statement) {
     handle.affectedRows = answer->affectedRows_.value_or(affectedRows_);
     handle.insertId = answer->insertId_.value_or(insertId_);
     if (answer->columns_.has_value()) {
-      handle.pending = std::make_unique<Result>();
-      handle.pending->handle = handle.number;
-      handle.pending->columns = *answer->columns_;
-      handle.pending->rows = answer->rows_;
+      handle.pending = MakeResult(handle, *answer->columns_, answer->rows_);
+      handle.pending->described = answer->fields_;
+      handle.pending->announcedRows = answer->announcedRows_.value_or(answer->rows_.size());
     }
+    handle.further = answer->further_;
   }
   return true;
 }
@@ -248,6 +291,7 @@ MYSQL_RES* ScriptedClient::StoreResult(MYSQL* address) {
   Record(handle.number, "store_result");
   if (Failure const* const failure = Find(storeFailures_, "")) {
     handle.pending.reset();
+    handle.further.clear();
     Fail(handle, failure->number_, failure->text_);
     return nullptr;
   }
@@ -256,6 +300,22 @@ MYSQL_RES* ScriptedClient::StoreResult(MYSQL* address) {
   results_.emplace(result, std::move(*handle.pending));
   handle.pending.reset();
   return result;
+}
+
+int ScriptedClient::NextResult(MYSQL* address) {
+  Guard const guard(mutex_);
+  Handle& handle = Known(address, "mysql_next_result");
+  Record(handle.number, "next_result");
+  if (handle.pending != nullptr) return Fail(handle, kOutOfSync, kOutOfSyncText), 1;
+  if (handle.further.empty()) return -1;
+  if (Failure const* const failure = Find(nextFailures_, "")) {
+    handle.further.clear();
+    return Fail(handle, failure->number_, failure->text_), 1;
+  }
+  Answer::Further further = std::move(handle.further.front());
+  handle.further.pop_front();
+  if (further.columns.has_value()) handle.pending = MakeResult(handle, *further.columns, std::move(further.rows));
+  return 0;
 }
 
 MYSQL_ROW ScriptedClient::FetchRow(MYSQL_RES* address) {
@@ -277,6 +337,26 @@ unsigned long* ScriptedClient::FetchLengths(MYSQL_RES* address) {
   return result.lengths.empty() ? nullptr : result.lengths.data();
 }
 
+MYSQL_FIELD* ScriptedClient::FetchFields(MYSQL_RES* address) {
+  Guard const guard(mutex_);
+  Result& result = Known(address, "mysql_fetch_fields");
+  if (result.descriptions.empty()) {
+    for (std::size_t i = result.described.size(); i < result.columns; ++i) {
+      result.described.push_back({"f" + std::to_string(i + 1)});
+    }
+    for (std::size_t i = 0; i < result.columns; ++i) {
+      MYSQL_FIELD& field = result.descriptions.emplace_back();
+      field.name = result.described[i].name.data();
+      field.type = result.described[i].type;
+      field.length = result.described[i].length;
+      for (Row const& row : result.rows) {
+        field.max_length = std::max<unsigned long>(field.max_length, row[i].value_or("").size());
+      }
+    }
+  }
+  return result.descriptions.data();
+}
+
 unsigned ScriptedClient::NumFields(MYSQL_RES* result) const {
   Guard const guard(mutex_);
   return Known(result, "mysql_num_fields").columns;
@@ -284,7 +364,7 @@ unsigned ScriptedClient::NumFields(MYSQL_RES* result) const {
 
 std::uint64_t ScriptedClient::NumRows(MYSQL_RES* result) const {
   Guard const guard(mutex_);
-  return Known(result, "mysql_num_rows").rows.size();
+  return Known(result, "mysql_num_rows").announcedRows;
 }
 
 void ScriptedClient::FreeResult(MYSQL_RES* address) {
@@ -350,6 +430,16 @@ void ScriptedClient::Record(unsigned handle, std::string const& call) {
   callsByHandle_.push_back(std::to_string(handle) + " " + call);
 }
 
+std::unique_ptr<ScriptedClient::Result> ScriptedClient::MakeResult(Handle const& handle, unsigned columns,
+                                                                   std::vector<Row> rows) {
+  auto result = std::make_unique<Result>();
+  result->handle = handle.number;
+  result->columns = columns;
+  result->announcedRows = rows.size();
+  result->rows = std::move(rows);
+  return result;
+}
+
 bool ScriptedClient::Fail(Handle& handle, unsigned number, std::string const& text) {
   handle.errorNumber = number;
   handle.errorText = text;
@@ -376,6 +466,10 @@ int STDCALL mysql_query(MYSQL* handle, char const* statement) {
 }
 
 MYSQL_RES* STDCALL mysql_store_result(MYSQL* handle) { return ScriptedClient::Get().StoreResult(handle); }
+
+int STDCALL mysql_next_result(MYSQL* handle) { return ScriptedClient::Get().NextResult(handle); }
+
+MYSQL_FIELD* STDCALL mysql_fetch_fields(MYSQL_RES* result) { return ScriptedClient::Get().FetchFields(result); }
 
 MYSQL_ROW STDCALL mysql_fetch_row(MYSQL_RES* result) { return ScriptedClient::Get().FetchRow(result); }
 

@@ -4,6 +4,7 @@
 #include <mysql.h>
 
 #include <cstdint>
+#include <deque>
 #include <list>
 #include <map>
 #include <memory>
@@ -19,12 +20,20 @@ namespace corvane::test {
 using Field = std::optional<std::string>;
 using Row = std::vector<Field>;
 
+/// How a result describes one of its columns.
+struct FieldDescription {
+  std::string name = "f1";
+  enum_field_types type = MYSQL_TYPE_VAR_STRING;
+  unsigned long length = 255;
+};
+
 /// Stands in for the client library and for sleep(): scripted_client.cpp defines these functions in the test program,
 /// where they take precedence over those of the shared libraries. mysql_escape_string and the library's initialisation
 /// stay real.
 ///
 /// Without a script everything succeeds and no statement has a result. As with the real library, a handle that was
-/// never connected answers 2006, and a result that was not taken makes the handle's next statements fail with 2014.
+/// never connected answers 2006, and a result that was not taken makes the handle's next statements fail with 2014, as
+/// do further results of a statement until they have been gone to, and taken, one by one.
 /// Whatever the real library does not survive (a null or closed handle, an unknown result) ends the program with a
 /// message. May be used from several threads.
 class ScriptedClient {
@@ -60,11 +69,27 @@ class ScriptedClient {
     /// What the handle then says of the statement; by default what SetAffectedRows() and SetInsertId() gave.
     Answer& AffectedRows(std::uint64_t rows) { return affectedRows_ = rows, *this; }
     Answer& InsertId(std::uint64_t id) { return insertId_ = id, *this; }
+    /// The columns, of which there must be as many as the result has. By default they are "f1", "f2" and so on, of type
+    /// MYSQL_TYPE_VAR_STRING and declared length 255. `max_length` is always that of the rows.
+    Answer& Fields(std::vector<FieldDescription> fields);
+    /// What mysql_num_rows() says, whatever rows there are.
+    Answer& AnnouncedRows(std::uint64_t rows) { return announcedRows_ = rows, *this; }
+    /// A further result of the same statement, as CALL gives; without arguments the end of a CALL, which has no result
+    /// to be taken but is gone to like one.
+    Answer& Then(unsigned columns, std::vector<Row> rows);
+    Answer& Then();
 
    private:
     friend class ScriptedClient;
+    struct Further {
+      std::optional<unsigned> columns;
+      std::vector<Row> rows;
+    };
     std::optional<unsigned> columns_;
     std::vector<Row> rows_;
+    std::vector<FieldDescription> fields_;
+    std::optional<std::uint64_t> announcedRows_;
+    std::deque<Further> further_;
     std::optional<std::uint64_t> affectedRows_;
     std::optional<std::uint64_t> insertId_;
   };
@@ -79,6 +104,8 @@ class ScriptedClient {
   Failure& FailConnect(unsigned number, std::string text);
   Failure& FailQuery(unsigned number, std::string text);
   Failure& FailStoreResult(unsigned number, std::string text);
+  /// Only calls that would go to a further result.
+  Failure& FailNextResult(unsigned number, std::string text);
 
   /// The result of a statement that does not fail: rows of `columns` fields each, binary safe.
   Answer& AnswerQuery(unsigned columns, std::vector<Row> rows);
@@ -90,7 +117,7 @@ class ScriptedClient {
   void SetInsertId(std::uint64_t id);
 
   /// What was called, in order: "init", "connect host user password database port" (each '' when empty), "query SET
-  /// AUTOCOMMIT=0", "store_result", "free_result", "close", "sleep 1".
+  /// AUTOCOMMIT=0", "store_result", "next_result", "free_result", "close", "sleep 1".
   std::vector<std::string> Calls() const;
   /// The same with the number of the handle, counted from 1 in the order of "init": "1 init", "2 connect h u p d 0",
   /// "1 query COMMIT", "1 store_result", "1 close". A result goes by the handle that it came from.
@@ -112,8 +139,11 @@ class ScriptedClient {
   void Close(MYSQL* handle);
   bool Query(MYSQL* handle, char const* statement);
   MYSQL_RES* StoreResult(MYSQL* handle);
+  /// 0: at the next result; -1: there is none; 1: an error.
+  int NextResult(MYSQL* handle);
   MYSQL_ROW FetchRow(MYSQL_RES* result);
   unsigned long* FetchLengths(MYSQL_RES* result);
+  MYSQL_FIELD* FetchFields(MYSQL_RES* result);
   unsigned NumFields(MYSQL_RES* result) const;
   std::uint64_t NumRows(MYSQL_RES* result) const;
   void FreeResult(MYSQL_RES* result);
@@ -131,6 +161,9 @@ class ScriptedClient {
     std::size_t next = 0;
     std::vector<char*> fields;  // of the current row
     std::vector<unsigned long> lengths;
+    std::uint64_t announcedRows = 0;
+    std::vector<FieldDescription> described;
+    std::vector<MYSQL_FIELD> descriptions;  // made when first asked for
   };
 
   struct Handle {
@@ -138,6 +171,7 @@ class ScriptedClient {
     bool connected = false;
     bool outOfStep = false;  // a statement was sent before the result of the last one was taken
     std::unique_ptr<Result> pending;
+    std::deque<Answer::Further> further;  // results of the last statement that were not gone to
     std::uint64_t affectedRows = 0;
     std::uint64_t insertId = 0;
     unsigned errorNumber = 0;
@@ -151,6 +185,7 @@ class ScriptedClient {
   void Record(unsigned handle, std::string const& call);
   template <class Kind>
   static Kind* Find(std::list<Kind>& steps, std::string const& text);
+  static std::unique_ptr<Result> MakeResult(Handle const& handle, unsigned columns, std::vector<Row> rows);
   static bool Fail(Handle& handle, unsigned number, std::string const& text);
 
   mutable std::mutex mutex_;
@@ -158,6 +193,7 @@ class ScriptedClient {
   std::list<Failure> connectFailures_;
   std::list<Failure> queryFailures_;
   std::list<Failure> storeFailures_;
+  std::list<Failure> nextFailures_;
   std::list<Answer> answers_;
   std::uint64_t affectedRows_ = 0;
   std::uint64_t insertId_ = 0;

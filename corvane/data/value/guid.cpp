@@ -1,5 +1,6 @@
 #include "corvane/data/value/guid.h"
 
+#include <array>
 #include <cstring>
 #include <string_view>
 #include <utility>
@@ -10,17 +11,27 @@ using corvane::internal::SameKind;
 
 namespace {
 
+// The value of each character as a hexadecimal digit; -1 for the others.
+constexpr std::array<signed char, 256> HexDigits() {
+  std::array<signed char, 256> digits{};
+  for (auto& digit : digits) digit = -1;
+  for (int i = 0; i < 10; ++i) digits['0' + static_cast<std::size_t>(i)] = static_cast<signed char>(i);
+  for (int i = 0; i < 6; ++i) {
+    digits['a' + static_cast<std::size_t>(i)] = static_cast<signed char>(10 + i);
+    digits['A' + static_cast<std::size_t>(i)] = static_cast<signed char>(10 + i);
+  }
+  return digits;
+}
+
 int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
+  static constexpr std::array<signed char, 256> kDigits = HexDigits();
+  return kDigits[static_cast<unsigned char>(c)];
 }
 
 // A dash stands before the bytes 4, 6, 8 and 10.
 bool DashBefore(int byte) { return byte == 4 || byte == 6 || byte == 8 || byte == 10; }
 
-bool Parse(std::string_view text, char* bytes) {
+bool ParseText(std::string_view text, char* bytes) {
   if (text.size() >= 2 && text.front() == '{' && text.back() == '}') text = text.substr(1, text.size() - 2);
   for (int i = 0; i < Guid::kBytes; ++i) {
     if (DashBefore(i) && !text.empty() && text.front() == '-') text.remove_prefix(1);
@@ -42,7 +53,7 @@ void PutBigEndian(char* to, std::uint64_t number) {
 
 Guid::Guid(char const* text) {
   char bytes[kBytes];
-  if (text == nullptr || !Parse(text, bytes)) return;
+  if (!Parse(text, bytes)) return;
   bytes_ = new char[kBytes];
   std::memcpy(bytes_, bytes, kBytes);
 }
@@ -51,6 +62,8 @@ Guid::Guid(std::uint64_t first, std::uint64_t second) : bytes_(new char[kBytes])
   PutBigEndian(bytes_, first);
   PutBigEndian(bytes_ + 8, second);
 }
+
+bool Guid::Parse(char const* text, char* bytes) { return text != nullptr && ParseText(text, bytes); }
 
 Guid::Guid(InPlace) : bytes_(new char[kBytes]()), inPlace_(true) {}
 

@@ -22,6 +22,9 @@ class CORVANE_API Guid : public virtual basic_type {
   Guid(Guid const& other);
   ~Guid() override;
 
+  /// Reads a text as the constructor does into 16 bytes. False when it is none; the bytes are then not to be used.
+  static bool Parse(char const* text, char* bytes);
+
   /// Copies the bytes; a NULL source makes this NULL.
   Guid& operator=(Guid const& other);
 

@@ -1,5 +1,6 @@
 #include "corvane/data/value/str.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr std::size_t kMaxLength = INT_MAX;  // length() is an int
 constexpr std::size_t kSmallestRoom = 15;    // with the terminating NUL one block of 16 bytes
+constexpr std::size_t kGrowingRoom = 63;     // of a text that is being appended to
 
 void CheckLength(std::size_t length) {
   if (length > kMaxLength) throw AException("Text is too long for Str. ");
@@ -234,7 +236,7 @@ void Str::Assign(char const* bytes, std::size_t length) {
     null_ = false;
     return;
   }
-  if (length > capacity_ || text_ == nullptr) {
+  if (text_ != nullptr && length > capacity_) {
     // Into a new buffer: `bytes` may lie in the old one.
     Str fresh;
     fresh.Grow(length);
@@ -242,6 +244,7 @@ void Str::Assign(char const* bytes, std::size_t length) {
     Swap(fresh);
     return;
   }
+  Grow(length);
   if (length > 0) std::memmove(text_, bytes, length);
   length_ = length;
   text_[length] = '\0';
@@ -265,7 +268,7 @@ char* Str::Extend(std::size_t extra) {
   if (text_ == nullptr || needed > capacity_ || needed < extra) {
     if (needed < extra) CheckLength(extra);
     std::size_t const doubled = capacity_ < kMaxLength / 2 ? 2 * capacity_ + 1 : kMaxLength;
-    Grow(needed > doubled ? needed : doubled);
+    Grow(std::max({needed, doubled, text_ != nullptr ? kGrowingRoom : 0}));
   }
   return text_ + length_;
 }

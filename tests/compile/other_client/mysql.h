@@ -12,6 +12,20 @@ typedef struct MYSQL {
 typedef struct MYSQL_RES MYSQL_RES;
 typedef char** MYSQL_ROW;
 
+enum enum_field_types {
+  MYSQL_TYPE_SHORT = 2,
+  MYSQL_TYPE_LONG = 3,
+  MYSQL_TYPE_LONGLONG = 8,
+  MYSQL_TYPE_INT24 = 9,
+  MYSQL_TYPE_GEOMETRY = 255
+};
+typedef struct MYSQL_FIELD {
+  char* name;
+  unsigned long length;
+  unsigned long max_length;
+  enum_field_types type;
+} MYSQL_FIELD;
+
 extern "C" {
 int mysql_server_init(int argc, char** argv, char** groups);
 MYSQL* mysql_init(MYSQL* mysql);
@@ -24,6 +38,8 @@ MYSQL_ROW mysql_fetch_row(MYSQL_RES* result);
 unsigned long* mysql_fetch_lengths(MYSQL_RES* result);
 std::uint64_t mysql_num_rows(MYSQL_RES* result);
 unsigned mysql_num_fields(MYSQL_RES* result);
+MYSQL_FIELD* mysql_fetch_fields(MYSQL_RES* result);
+int mysql_next_result(MYSQL* mysql);
 void mysql_free_result(MYSQL_RES* result);
 std::uint64_t mysql_affected_rows(MYSQL* mysql);
 std::uint64_t mysql_insert_id(MYSQL* mysql);

@@ -1,0 +1,45 @@
+#ifndef CORVANE_CACHE_MAP_BUFFER_H
+#define CORVANE_CACHE_MAP_BUFFER_H
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <vector>
+
+#include "corvane/data/value/real_blob.h"
+
+/// A block of raw memory that grows in whole pages, and the binary values that its content points to. It holds the rows
+/// of a cursor.
+class CORVANE_API MapBuffer {
+ public:
+  MapBuffer() = default;
+  MapBuffer(MapBuffer const&) = delete;
+  MapBuffer& operator=(MapBuffer const&) = delete;
+  /// Frees the block and the binary values.
+  ~MapBuffer();
+
+  /// The block, of at least `size` bytes; it may have moved. It grows to the next multiple of the page size (at most
+  /// INT_MAX), keeping its content, and never shrinks. The first block is zero-filled, what is added later is not
+  /// initialised. A negative size counts as 0. Throws AException "Out of memory for the row buffer. ", block and
+  /// capacity then being as before.
+  void* Get(int size);
+  /// The block; a null pointer before the first Get() of more than 0 bytes.
+  void* GetBegin() const { return data_; }
+  /// Its size in bytes.
+  int Capacity() const { return capacity_; }
+
+  /// Keep a copy of the bytes, which stays where it is as long as the buffer lives. `bytes` may be null when `length`
+  /// is 0. Throw std::bad_alloc.
+  RealBlob const* KeepBlob(unsigned length, void const* bytes);
+  unsigned char const* KeepBytes(void const* bytes, std::size_t length);
+
+ private:
+  void* data_ = nullptr;  // owned (malloc)
+  int capacity_ = 0;
+  std::deque<RealBlob> blobs_;
+  std::vector<std::unique_ptr<unsigned char[]>> chunks_;
+  unsigned char* chunk_ = nullptr;  // where the last chunk goes on
+  std::size_t chunkRoom_ = 0;
+};
+
+#endif

@@ -1,0 +1,241 @@
+#include "corvane/cursor/cursor.h"
+
+#include <cstddef>
+#include <new>
+#include <utility>
+
+#include "corvane/cache/map_buffer.h"
+#include "corvane/cursor/internal/raw_text.h"
+#include "corvane/cursor/internal/result_rows.h"
+#include "corvane/cursor/internal/statement_record.h"
+#include "corvane/data/value/exception.h"
+#include "corvane/internal/client_library.h"
+#include "corvane/internal/sql_text.h"
+#include "corvane/mapping/domain.h"
+#include "corvane/query/order.h"
+#include "corvane/session/ardbms.h"
+
+using corvane::internal::ResultPtr;
+using corvane::internal::ResultRows;
+using corvane::internal::StatementRecord;
+
+namespace {
+
+void CheckSession(ASSession const* session) {
+  if (session == nullptr) throw AException("There is no session for cursor. ");
+}
+
+// Every failure of opening is an AException.
+template <class Action>
+void Guarded(Action action) {
+  try {
+    action();
+  } catch (std::bad_alloc const&) {
+    throw AException("Out of memory for the row buffer. ");
+  }
+}
+
+}  // namespace
+
+ASCursor::ASCursor(ASSession* session) : session_(session) {}
+
+// The owned record may be what the rows were read into: it goes after them.
+ASCursor::~ASCursor() {
+  Close();
+  record_.reset();
+}
+
+ASCursor& ASCursor::Limit(unsigned count, unsigned offset) {
+  limit_ = " LIMIT ";
+  limit_ << count;
+  if (offset != 0) limit_ << " OFFSET " << offset;
+  return *this;
+}
+
+void ASCursor::Order(ASOrder const& order) {
+  if (order_.length() > 0) order_ << corvane::internal::sql::kSeparator;
+  order_ << order.Query();
+}
+
+ASCursor& ASCursor::Union(ASFilter const& other) { return Append(" UNION ", other); }
+ASCursor& ASCursor::UnionAll(ASFilter const& other) { return Append(" UNION ALL ", other); }
+ASCursor& ASCursor::Intersect(ASFilter const& other) { return Append(" INTERSECT ", other); }
+ASCursor& ASCursor::Minus(ASFilter const& other) { return Append(" MINUS ", other); }
+
+ASCursor& ASCursor::Append(char const* word, ASFilter const& other) {
+  SetKeywords(other);
+  Str const operand = other.Query();  // first: it may throw, and it may be this cursor's own
+  setOperations_ << word << operand;
+  return *this;
+}
+
+void ASCursor::SetKeywords(ASFilter const& filter) const {
+  CheckSession(session_);
+  filter.Project().setKW(session_->getKWPrefix(), session_->getKWSuffix());
+  filter.GroupBy().setKW(session_->getKWPrefix(), session_->getKWSuffix());
+}
+
+Str ASCursor::Query() const {
+  if (raw_.length() > 0) return raw_;
+  SetKeywords(*this);
+  Str text = ASFilter::Query();
+  text << setOperations_;
+  if (order_.length() > 0) text << " ORDER BY " << order_;
+  text << limit_;
+  return text;
+}
+
+Str ASCursor::SimpleQuery() const {
+  if (raw_.length() > 0) return raw_;
+  SetKeywords(*this);
+  Str text("(");
+  text << ASFilter::Query() << setOperations_ << ')';
+  return text;
+}
+
+void ASCursor::Statement(Str const& sql) {
+  CheckSession(session_);
+  Str raw(sql);  // it may be a value of the columns that go now
+  if (IsOpen()) currentRow_ = 0;
+  Close();
+  DropStatementColumns();
+  raw_ = std::move(raw);
+  rawState_ = RawState::kDone;  // whatever happens to it, Fetch() must not send it again
+  if (!corvane::internal::ContainsSelect(raw_)) {
+    ExecuteRaw();
+    return;
+  }
+  rawState_ = RawState::kFailed;
+  try {
+    Guarded([this] {
+      ExecuteRaw();
+      Describe();
+    });
+    rawState_ = RawState::kReady;
+    Open(0, 0);
+  } catch (...) {
+    DropStatementColumns();
+    if (rawState_ == RawState::kReady) rawState_ = RawState::kFailed;
+    throw;
+  }
+}
+
+void ASCursor::ExecuteRaw() {
+  session_->Execute(raw_);
+  if (corvane::internal::MayGiveResults(raw_)) {
+    session_->AdmitUntakenOf(raw_);
+  } else {
+    session_->AdmitUntaken();
+  }
+}
+
+// A text without a result has done what it can do; one whose result could not be read has failed.
+MYSQL_RES* ASCursor::TakeResult() {
+  try {
+    return session_->FetchMultiple();
+  } catch (AException const&) {
+    if (!session_->HasError()) rawState_ = RawState::kDone;
+    throw;
+  }
+}
+
+// Makes a column for each of the result's.
+void ASCursor::Describe() {
+  ResultPtr const result(TakeResult());
+  statement_ = std::make_unique<StatementRecord>(result.get());
+  for (ASAttribute* const attribute : statement_->Record()) Project().items_.push_back(attribute);
+}
+
+void ASCursor::DropStatementColumns() {
+  if (statement_ == nullptr) return;
+  for (ASAttribute* const attribute : statement_->Record()) Project().items_.remove(attribute);
+  statement_.reset();
+}
+
+void ASCursor::Open(int, int) {
+  if (IsOpen()) return;
+  if (raw_.length() > 0 && rawState_ == RawState::kDone) return;
+  if (raw_.length() > 0 && rawState_ == RawState::kFailed) {
+    throw AException("Raw statement has failed, it is not run again. ");
+  }
+  CheckSession(session_);
+  Guarded([this] {
+    if (raw_.length() > 0) {
+      ExecuteRaw();
+    } else {
+      session_->Execute(Query());
+    }
+    ResultPtr const result(session_->FetchMultiple());
+    if (statement_ != nullptr) statement_->Resize(result.get());
+    auto rows = std::make_unique<ResultRows>(Project().items_, Project().kept_);
+    auto buffer = std::make_unique<MapBuffer>();
+    rowCount_ = rows->Read(result.get(), *buffer);
+    rows_ = std::move(rows);
+    buffer_ = std::move(buffer);
+  });
+  grid_ = static_cast<UU*>(buffer_->GetBegin());
+  rowWidth_ = rows_->Width();
+}
+
+int ASCursor::Fetch() { return Fetch(currentRow_); }
+
+int ASCursor::Fetch(int row) {
+  if (!IsOpen()) Open(0, 0);
+  currentRow_ = row;
+  if (!IsOpen() || row < 0 || row >= rowCount_) return 0;
+  rows_->Deliver(GetUURecord(row));
+  return currentRow_ = row + 1;
+}
+
+int ASCursor::Fetch(ASDomain& record) {
+  if (IsOpen()) return Fetch();
+  ASProject before(Project());
+  try {
+    for (ASAttribute const* const attribute : record) {
+      if (attribute != nullptr) Project() << *attribute;
+    }
+    currentRow_ = 0;
+    int const next = Fetch();
+    if (!IsOpen()) Project().Swap(before);
+    return next;
+  } catch (...) {
+    if (!IsOpen()) Project().Swap(before);
+    throw;
+  }
+}
+
+int ASCursor::FetchSingle() {
+  CheckSession(session_);
+  Query();  // the text is not needed; an application's own rendering may count on being asked
+  return rowCount_ = Fetch();
+}
+
+int ASCursor::GetAmount() {
+  if (!IsOpen()) Open(0, 0);
+  return rowCount_;
+}
+
+ASCursor& ASCursor::Reset() {
+  if (!IsOpen()) Open(0, 0);
+  currentRow_ = 0;
+  return *this;
+}
+
+UU* ASCursor::GetUURecord(int row) {
+  return grid_ != nullptr ? grid_ + static_cast<std::ptrdiff_t>(row) * rowWidth_ : nullptr;
+}
+
+MapBuffer* ASCursor::Detach() {
+  MapBuffer* const detached = buffer_.release();  // the caller owns the rows from here on
+  Close();
+  return detached;
+}
+
+void ASCursor::Close() {
+  buffer_.reset();
+  rows_.reset();
+  grid_ = nullptr;
+  rowCount_ = 0;
+}
+
+void ASCursor::SetRecord(ASDomain* owned) { record_.reset(owned); }

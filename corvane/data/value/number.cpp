@@ -1,0 +1,19 @@
+#include "corvane/data/value/number.h"
+
+namespace corvane {
+
+void Number::AppendTo(Str& out) const {
+  switch (kind_) {
+    case Kind::kSigned:
+      out << signed_;
+      return;
+    case Kind::kUnsigned:
+      out << unsigned_;
+      return;
+    case Kind::kReal:
+      out << real_;
+      return;
+  }
+}
+
+}  // namespace corvane

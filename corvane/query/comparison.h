@@ -1,0 +1,63 @@
+#ifndef CORVANE_QUERY_COMPARISON_H
+#define CORVANE_QUERY_COMPARISON_H
+
+#include <list>
+#include <utility>
+
+#include "corvane/data/value/str.h"
+
+class ASDomain;
+
+/// A condition of a WHERE clause: its text, the record types that the text names, and the outer joins that it asks for.
+/// The predicates of ASAttribute make them; `&&`, `||` and `!` combine them; ASFilter::Where() takes one.
+///
+/// An empty condition (text "") is the neutral start of a chain. The record types are not owned: they must outlive the
+/// statement. Nothing here throws but memory exhaustion (std::bad_alloc).
+class CORVANE_API ASComparison {
+ public:
+  /// The record whose rows are kept whatever the condition says (may be null), and the one to be LEFT JOINed.
+  using JoinPair = std::pair<ASDomain*, ASDomain*>;
+
+  /// A condition that names `d1` and `d2`; either may be null.
+  ASComparison(Str text, ASDomain* d1, ASDomain* d2);
+  /// An outer join: `text` is its ON condition; the WHERE text is empty and no record is named by it.
+  static ASComparison OuterJoin(Str text, ASDomain* requiredSide, ASDomain* optionalSide);
+
+  ASComparison(ASComparison const&) = default;
+  ASComparison(ASComparison&&) = default;
+  /// Takes over the text and the record types, but not the outer joins: this condition keeps its own. So initialise,
+  /// `ASComparison c = ++a == b;`, and do not assign. Containers that assign lose joins, too.
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it does nothing, as its members' own does
+  ASComparison& operator=(ASComparison const& other);
+
+  /// "(this) AND (other)": this condition is changed and returned; an empty side leaves the text to the other one. The
+  /// other's record types that are not named yet, and its outer joins, are added.
+  ASComparison& operator&&(ASComparison const& other) &;
+  ASComparison operator&&(ASComparison const& other) &&;
+  /// "(this) OR (other)" likewise; but the other's outer joins are dropped.
+  ASComparison& operator||(ASComparison const& other) &;
+  ASComparison operator||(ASComparison const& other) &&;
+  /// " NOT (this) ", a new condition which names no record type and has no outer joins: combine it with one that does.
+  /// An ASDeleter whose whole condition is a negation deletes EVERY ROW of its table; write
+  /// `a.IsNotNull() && !(a == 3)`.
+  ASComparison operator!() const;
+
+  /// The text; empty for an outer join alone.
+  Str Query() const { return text_; }
+  /// Without duplicates, in order of first appearance; never a null pointer.
+  std::list<ASDomain*> const& Domains() const { return domains_; }
+  /// One for each outer-join condition, in the same order as JoinConditions(), their ON texts.
+  std::list<JoinPair> const& JoinPairs() const { return joinPairs_; }
+  std::list<Str> const& JoinConditions() const { return joinConditions_; }
+
+ private:
+  void Name(ASDomain* domain);
+  void Combine(char const* word, ASComparison const& other);
+
+  Str text_;
+  std::list<ASDomain*> domains_;  // not owned
+  std::list<JoinPair> joinPairs_;
+  std::list<Str> joinConditions_;
+};
+
+#endif

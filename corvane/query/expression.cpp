@@ -1,0 +1,148 @@
+#include "corvane/query/expression.h"
+
+#include <cstring>
+#include <utility>
+
+#include "corvane/data/literal.h"
+#include "corvane/mapping/attribute.h"
+
+ASExpression::ASExpression() = default;
+
+ASExpression::ASExpression(int number) : ASExpression(corvane::Number(number)) {}
+
+ASExpression::ASExpression(corvane::Number const& number) {
+  Str text;
+  number.AppendTo(text);
+  SetConstant(std::move(text));
+}
+
+ASExpression::ASExpression(char const* text) { SetConstant(text); }
+
+ASExpression::ASExpression(std::string_view text) { SetConstant(Str(text.data(), text.size())); }
+
+ASExpression::ASExpression(basic_type const& value) { SetConstant(value.IsNull() != 0 ? Str() : value.getstr()); }
+
+ASExpression::ASExpression(ASAttribute const& attribute) : attribute_{&attribute, nullptr}, code_(kLeaf) {}
+
+ASExpression::ASExpression(ASAttribute const&& attribute) : code_(kLeaf) {
+  kept_[kLeft] = std::make_shared<ASAttribute const>(attribute);
+  attribute_[kLeft] = kept_[kLeft].get();
+}
+
+ASExpression::ASExpression(ASExpression const& left, Code code, ASExpression const& right) : code_(code) {
+  Take(kLeft, left);
+  Take(kRight, right);
+}
+
+ASExpression::ASExpression(ASExpression const& other)
+    : attribute_{other.attribute_[kLeft], other.attribute_[kRight]},
+      constant_{other.constant_[kLeft], other.constant_[kRight]},
+      code_(other.code_),
+      kept_{other.kept_[kLeft], other.kept_[kRight]},
+      null_{other.null_[kLeft], other.null_[kRight]} {
+  for (Side const side : {kLeft, kRight}) {
+    if (other.expression_[side] != nullptr) {
+      expression_[side] = std::make_unique<ASExpression>(*other.expression_[side]);
+    }
+  }
+}
+
+ASExpression& ASExpression::operator=(ASExpression const& other) {
+  ASExpression copy(other);
+  std::swap(expression_, copy.expression_);
+  std::swap(attribute_, copy.attribute_);
+  std::swap(constant_, copy.constant_);
+  std::swap(code_, copy.code_);
+  std::swap(kept_, copy.kept_);
+  std::swap(null_, copy.null_);
+  return *this;
+}
+
+ASExpression::~ASExpression() = default;
+
+ASExpression ASExpression::operator+(ASExpression const& right) const { return {*this, kAdd, right}; }
+ASExpression ASExpression::operator-(ASExpression const& right) const { return {*this, kSubtract, right}; }
+ASExpression ASExpression::operator*(ASExpression const& right) const { return {*this, kMultiply, right}; }
+ASExpression ASExpression::operator/(ASExpression const& right) const { return {*this, kDivide, right}; }
+
+Str ASExpression::Query() const {
+  Str text("");
+  AppendTo(text);
+  return text;
+}
+
+void ASExpression::SetConstant(Str constant) {
+  code_ = kLeaf;
+  null_[kLeft] = constant.IsNull() != 0;
+  constant_[kLeft] = std::move(constant);
+}
+
+// One operand moves into this node as it is; a tree becomes a sub-tree.
+void ASExpression::Take(Side side, ASExpression const& operand) {
+  if (operand.code_ != kLeaf) {
+    expression_[side] = std::make_unique<ASExpression>(operand);
+    return;
+  }
+  attribute_[side] = operand.attribute_[kLeft];
+  constant_[side] = operand.constant_[kLeft];
+  kept_[side] = operand.kept_[kLeft];
+  null_[side] = operand.null_[kLeft];
+}
+
+// Pinned: no parentheses, whatever the tree's shape; held by Expression.ParenthesesAreNeverWritten.
+void ASExpression::AppendTo(Str& out) const {
+  if (code_ == kEmpty) return;
+  AppendOperand(out, kLeft);
+  out << Word(code_);
+  AppendOperand(out, kRight);
+}
+
+void ASExpression::AppendOperand(Str& out, Side side) const {
+  if (expression_[side] != nullptr) {
+    expression_[side]->AppendTo(out);
+  } else if (attribute_[side] != nullptr) {
+    out << attribute_[side]->Query();
+  } else if (null_[side]) {
+    out << "NULL";
+  } else if (constant_[side].IsNull() == 0) {
+    // Pinned: quoted, numbers too; held by Expression.NumbersAreQuoted.
+    out << '\'';
+    corvane::AppendEscaped(out, constant_[side].str(), constant_[side].View().size());
+    out << '\'';
+  }
+}
+
+char const* ASExpression::Word(Code code) {
+  switch (code) {
+    case kAdd:
+      return " + ";
+    case kSubtract:
+      return " - ";
+    case kNegate:
+      return "- ";
+    case kMultiply:
+      return " * ";
+    case kDivide:
+      return " / ";
+    default:
+      return "";
+  }
+}
+
+ASExpression operator+(ASAttribute const& left, ASExpression const& right) { return ASExpression(left) + right; }
+ASExpression operator-(ASAttribute const& left, ASExpression const& right) { return ASExpression(left) - right; }
+ASExpression operator*(ASAttribute const& left, ASExpression const& right) { return ASExpression(left) * right; }
+ASExpression operator/(ASAttribute const& left, ASExpression const& right) { return ASExpression(left) / right; }
+
+ASExpression operator+(ASAttribute const&& left, ASExpression const& right) {
+  return ASExpression(std::move(left)) + right;
+}
+ASExpression operator-(ASAttribute const&& left, ASExpression const& right) {
+  return ASExpression(std::move(left)) - right;
+}
+ASExpression operator*(ASAttribute const&& left, ASExpression const& right) {
+  return ASExpression(std::move(left)) * right;
+}
+ASExpression operator/(ASAttribute const&& left, ASExpression const& right) {
+  return ASExpression(std::move(left)) / right;
+}

@@ -1,0 +1,101 @@
+#include "corvane/query/filter.h"
+
+#include "corvane/mapping/attribute.h"
+#include "corvane/query/comparison.h"
+#include "corvane/query/group_comparison.h"
+
+namespace {
+
+// Room for the fixed words and the tables of a statement; more is made when it does not suffice.
+constexpr std::size_t kStatementRoom = 160;
+
+Str Wrapped(char const* word, Str const& statement) {
+  Str text(word);
+  text << " (" << statement << ')';
+  return text;
+}
+
+}  // namespace
+
+ASFilter::ASFilter() = default;
+ASFilter::ASFilter(ASFilter const&) = default;
+ASFilter::~ASFilter() = default;
+
+// Pinned: neither hint nor GROUP BY; held by Filter.AssignmentCopiesNeitherHintNorGroupBy.
+ASFilter& ASFilter::operator=(ASFilter const& other) {
+  projection_ = other.projection_;
+  where_ = other.where_;
+  having_ = other.having_;
+  return *this;
+}
+
+ASProject& ASFilter::DistinctProject() {
+  projection_.Distinct();
+  return projection_;
+}
+
+ASFilter& ASFilter::Set(ASComparison const& condition) {
+  Merge(condition);
+  projection_.joinPairs_ = condition.JoinPairs();
+  projection_.joinConditions_ = condition.JoinConditions();
+  Str const text = condition.Query();
+  if (text.length() > 0) where_ = " WHERE " + text;
+  return *this;
+}
+
+// Pinned: appended, not replaced; held by Filter.TwoHavingsGiveTwoKeywords.
+ASFilter& ASFilter::Having(ASGroupComparison const& condition) {
+  for (ASDomain* const domain : condition.Domains()) projection_.AddDomain(domain);
+  having_ << " HAVING " << condition.Query();
+  return *this;
+}
+
+ASFilter& ASFilter::ConnectBy(ASComparison const& prior, ASComparison const& start) {
+  if (!start.Domains().empty()) {
+    Merge(start);
+    where_ << " START WITH " << start.Query();
+  }
+  Merge(prior);
+  where_ << " CONNECT BY PRIOR " << prior.Query();
+  return *this;
+}
+
+ASFilter& ASFilter::Hint(Str const& hint) {
+  hint_ = hint;
+  return *this;
+}
+
+ASComparison ASFilter::Exists() const { return ASComparison(Wrapped(" EXISTS", Query()), nullptr, nullptr); }
+ASComparison ASFilter::NotExists() const { return ASComparison(Wrapped(" NOT EXISTS", Query()), nullptr, nullptr); }
+ASAttribute ASFilter::Select() const { return ASAttribute(Query()); }
+ASAttribute ASFilter::Any() const { return ASAttribute(Wrapped(" ANY", Query())); }
+
+Str ASFilter::Query() const {
+  Str const& projected = projection_.projectText_;
+  Str const& plain = projection_.groupText_;
+  Str const& grouped = groupProjection_.groupText_;
+  Str text;
+  text.Reserve(kStatementRoom + 2 * projected.View().size() + where_.View().size() + having_.View().size());
+  text << "SELECT ";
+  if (hint_.length() > 0) text << "/*+ " << hint_ << " */";
+  if (projected.length() > 0) {
+    text << projected;
+  } else {
+    text << '*';
+  }
+  text << " FROM ";
+  projection_.AppendTo(text, "(", ")");
+  text << where_;
+  if (grouped.length() > 0) {
+    text << " GROUP BY " << grouped;
+  } else if (plain.length() > 0 && (plain.length() < projected.length() || having_.length() > 0)) {
+    // Pinned: "DISTINCT " makes the select list the longer one, too; held by Filter.DistinctIsGroupedByAllItsColumns.
+    text << " GROUP BY " << plain;
+  }
+  if (having_.length() > 0) text << ' ' << having_;
+  return text;
+}
+
+void ASFilter::Merge(ASComparison const& condition) {
+  for (ASDomain* const domain : condition.Domains()) projection_.AddDomain(domain);
+}
