@@ -7,15 +7,18 @@
 #include <iomanip>
 #include <iostream>
 
+#include "corvane/mapping/domain.h"
+#include "layout.h"
+
 namespace demo {
 
 namespace {
 
-constexpr std::size_t kWidth = 88;           // of a wrapped text, without its indentation
 constexpr std::size_t kLongStatement = 600;  // bytes; longer ones are cut
 constexpr std::size_t kShownOfLong = 200;
 constexpr int kLabelWidth = 8;
 constexpr int kIndent = 4;
+constexpr std::size_t kCallIndentation = 2;  // of what does not fit the first line of a call
 
 bool IsColourTerminal() {
   char const* const terminal = std::getenv("TERM");
@@ -34,18 +37,14 @@ std::string Shortened(Str const& statement) {
   return text + " ... (" + length + " bytes)";
 }
 
-// Breaks the text at blanks into lines; all but the first are indented.
-std::string Wrapped(std::string const& text) {
-  std::string const newLine = "\n" + std::string(kIndent + kLabelWidth, ' ');
-  std::string lines;
-  std::size_t from = 0;
-  while (text.size() - from > kWidth) {
-    std::size_t const blank = text.rfind(' ', from + kWidth);
-    if (blank == std::string::npos || blank <= from) break;
-    lines += text.substr(from, blank - from) + newLine;
-    from = blank + 1;
+// "T140721 tz_country, T140722 tz_zone".
+std::string Aliases(std::vector<ASDomain const*> const& records) {
+  std::string list;
+  for (ASDomain const* const record : records) {
+    if (!list.empty()) list += ", ";
+    list += record->Alias().ToString() + " " + record->Name().ToString();
   }
-  return lines + text.substr(from);
+  return list;
 }
 
 }  // namespace
@@ -73,6 +72,19 @@ void Account::Call(std::string const& code, Str const& statement) {
 
 void Account::Call(std::string const& code) { Entry("call", code); }
 
+void Account::Query(std::vector<std::string> const& calls, Str const& statement,
+                    std::vector<ASDomain const*> const& records) {
+  char const* label = "call";
+  for (std::string const& call : calls) {
+    Entry(label, Wrapped(call, kCallIndentation));
+    label = "";
+  }
+  Entry("SQL", BrokenIntoClauses(statement.ToString()));
+  if (!records.empty()) Entry("tables", Aliases(records));
+}
+
+void Account::Rows(TextTable const& table) { Entry("rows", table.Lines()); }
+
 void Account::Result(bool asExpected, std::string const& text) {
   if (!asExpected) ++surprises_;
   Entry("result", asExpected ? text : "NOT AS EXPECTED: " + text);
@@ -85,9 +97,14 @@ void Account::Compare(std::string const& what, long found, long expected) {
             << " rows" << std::setw(8) << expected << " expected   " << (equal ? "ok" : "WRONG") << '\n';
 }
 
-void Account::Entry(char const* label, std::string const& text) {
-  std::cout << std::string(kIndent, ' ') << (colours_ ? "\033[36m" : "") << std::left << std::setw(kLabelWidth) << label
-            << std::right << (colours_ ? "\033[0m" : "") << Wrapped(text) << '\n';
+void Account::Entry(char const* label, std::string const& text) { Entry(label, Wrapped(text)); }
+
+void Account::Entry(char const* label, std::vector<std::string> const& lines) {
+  for (std::string const& line : lines) {
+    std::cout << std::string(kIndent, ' ') << (colours_ ? "\033[36m" : "") << std::left << std::setw(kLabelWidth)
+              << label << std::right << (colours_ ? "\033[0m" : "") << line << '\n';
+    label = "";
+  }
 }
 
 }  // namespace demo

@@ -2,8 +2,12 @@
 #define CORVANE_EXAMPLES_DEMO_ACCOUNT_H
 
 #include <string>
+#include <vector>
 
 #include "corvane/data/value/str.h"
+#include "text_table.h"
+
+class ASDomain;
 
 namespace demo {
 
@@ -20,7 +24,11 @@ class Account {
   void Call(std::string const& code, Str const& statement);
   /// A call that sends nothing.
   void Call(std::string const& code);
-  /// What came back.
+  /// The calls that make up a query, the whole statement that they became, a line for each of its clauses, and which of
+  /// its aliases stands for which record's table.
+  void Query(std::vector<std::string> const& calls, Str const& statement, std::vector<ASDomain const*> const& records);
+  /// What came back: rows, or a text.
+  void Rows(TextTable const& table);
   void Result(bool asExpected, std::string const& text);
   void Compare(std::string const& what, long found, long expected);
 
@@ -29,6 +37,7 @@ class Account {
 
  private:
   void Entry(char const* label, std::string const& text);
+  void Entry(char const* label, std::vector<std::string> const& lines);
 
   bool pauses_;
   bool colours_;

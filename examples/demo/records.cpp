@@ -2,7 +2,7 @@
 
 namespace demo {
 
-Country::Country() : ASDomain("tz_country", "") { Add(codeColumn_, code).Add(nameColumn_, name); }
+Country::Country() : ASDomain("tz_country", "") { Add(codeColumn, code).Add(nameColumn, name); }
 
 void Country::Take(CountryLine const& line) {
   code = line.code;
@@ -10,9 +10,9 @@ void Country::Take(CountryLine const& line) {
 }
 
 Zone::Zone() : ASDomain("tz_zone", "") {
-  Add(idColumn_, id).Add(nameColumn_, name);
-  Add(latitudeColumn_, latitude).Add(longitudeColumn_, longitude);
-  Add(commentColumn_, comment);
+  Add(idColumn, id).Add(nameColumn, name);
+  Add(latitudeColumn, latitude).Add(longitudeColumn, longitude);
+  Add(commentColumn, comment);
 }
 
 void Zone::Take(ZoneLine const& line) {
@@ -27,12 +27,12 @@ void Zone::Take(ZoneLine const& line) {
 }
 
 ZoneCountry::ZoneCountry() : ASDomain("tz_zone_country", "") {
-  Add(zoneIdColumn_, zoneId).Add(countryCodeColumn_, countryCode);
+  Add(zoneIdColumn, zoneId).Add(countryCodeColumn, countryCode);
 }
 
 SourceFile::SourceFile() : ASDomain("tz_file", "") {
-  Add(guidColumn_, guid).Add(nameColumn_, name);
-  Add(modifiedColumn_, modified).Add(contentsColumn_, contents);
+  Add(guidColumn, guid).Add(nameColumn, name);
+  Add(modifiedColumn, modified).Add(contentsColumn, contents);
 }
 
 void SourceFile::Take(File const& file) {

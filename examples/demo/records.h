@@ -5,8 +5,8 @@
 #include "tzdata.h"
 
 // The demo's record types. Each is a table; each column is a value, which the program reads and writes, and an
-// attribute with the column's name, joined by Add() in the constructor. Records stay where they are, so copying is
-// deleted.
+// attribute with the column's name, by which queries name the column; Add() in the constructor joins the two. Records
+// stay where they are, so copying is deleted.
 namespace demo {
 
 /// Capacities of texts are in bytes; a character of UTF-8 takes up to four.
@@ -22,9 +22,8 @@ struct Country : ASDomain {
   ASStr code{2};                          // CHAR(2)
   ASVStr name{100 * kBytesPerCharacter};  // VARCHAR(100)
 
- private:
-  ASAttribute codeColumn_{"code", "", 0, corvane::kKey};
-  ASAttribute nameColumn_{"name"};
+  ASAttribute codeColumn{"code", "", 0, corvane::kKey};
+  ASAttribute nameColumn{"name"};
 };
 
 struct Zone : ASDomain {
@@ -41,12 +40,11 @@ struct Zone : ASDomain {
   ASDouble longitude;
   ASVStr comment{255 * kBytesPerCharacter};  // NULL for a zone without one
 
- private:
-  ASAttribute idColumn_{"id", "", 0, corvane::kKey | corvane::kAutoIncrement};
-  ASAttribute nameColumn_{"name"};
-  ASAttribute latitudeColumn_{"latitude"};
-  ASAttribute longitudeColumn_{"longitude"};
-  ASAttribute commentColumn_{"comment"};
+  ASAttribute idColumn{"id", "", 0, corvane::kKey | corvane::kAutoIncrement};
+  ASAttribute nameColumn{"name"};
+  ASAttribute latitudeColumn{"latitude"};
+  ASAttribute longitudeColumn{"longitude"};
+  ASAttribute commentColumn{"comment"};
 };
 
 /// A link: in this country the zone's time is kept.
@@ -58,9 +56,8 @@ struct ZoneCountry : ASDomain {
   ASInt zoneId;
   ASStr countryCode{2};
 
- private:
-  ASAttribute zoneIdColumn_{"zone_id", "", 0, corvane::kKey};
-  ASAttribute countryCodeColumn_{"country_code", "", 0, corvane::kKey};
+  ASAttribute zoneIdColumn{"zone_id", "", 0, corvane::kKey};
+  ASAttribute countryCodeColumn{"country_code", "", 0, corvane::kKey};
 };
 
 /// A file that was read.
@@ -77,11 +74,10 @@ struct SourceFile : ASDomain {
   ASTime modified;
   ASRealBlob contents{0};
 
- private:
-  ASAttribute guidColumn_{"guid", "", 0, corvane::kKey};
-  ASAttribute nameColumn_{"name"};
-  ASAttribute modifiedColumn_{"modified"};
-  ASAttribute contentsColumn_{"contents"};
+  ASAttribute guidColumn{"guid", "", 0, corvane::kKey};
+  ASAttribute nameColumn{"name"};
+  ASAttribute modifiedColumn{"modified"};
+  ASAttribute contentsColumn{"contents"};
 };
 
 /// No table: what a SELECT of one number gives, fetched by position.

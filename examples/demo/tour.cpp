@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "layout.h"
 #include "load.h"
+#include "questions.h"
 #include "records.h"
 
 namespace demo {
@@ -20,8 +22,6 @@ struct Tour {
   std::vector<int> zoneIds;  // in the order of the data
   std::vector<Guid> fileGuids;
 };
-
-std::string Rows(unsigned long count) { return std::to_string(count) + (count == 1 ? " row" : " rows"); }
 
 std::string Quoted(Str const& text) { return text.IsNull() != 0 ? "NULL" : "'" + text.ToString() + "'"; }
 
@@ -291,6 +291,7 @@ void RunTour(Target const& target, TimeZoneData const& data, Account& account) {
   KeepFiles(tour);
   LoseTheConnection(tour);
   CompareWithFiles(tour);
+  AskQuestions(tour.session, data, account);
   tour.session.Disconnect();
 }
 

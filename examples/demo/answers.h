@@ -1,0 +1,38 @@
+#ifndef CORVANE_EXAMPLES_DEMO_ANSWERS_H
+#define CORVANE_EXAMPLES_DEMO_ANSWERS_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "text_table.h"
+#include "tzdata.h"
+
+// The answers to the demo's questions, found in the files without any database. Each function gives the rows that the
+// question of the same name must give, `limit` at most.
+namespace demo {
+
+/// Country, zone and latitude of the zones north of a latitude, from north to south.
+std::vector<Row> ZonesNorthOf(TimeZoneData const& data, double latitude, std::size_t limit);
+
+/// Code and name of the countries without a zone, and NULL for that.
+std::vector<Row> CountriesWithoutZone(TimeZoneData const& data, std::size_t limit);
+
+/// Code, name and number of zones of the countries with more zones than `few`, those with most first.
+std::vector<Row> CountriesWithManyZones(TimeZoneData const& data, long few, std::size_t limit);
+
+/// The name of the zone that most countries share.
+std::string MostSharedZone(TimeZoneData const& data);
+
+/// Code and name of the countries that share a zone.
+std::vector<Row> CountriesOfZone(TimeZoneData const& data, std::string const& zone, std::size_t limit);
+
+/// Code and name of the countries with a zone north of a latitude or east of a longitude, in descending order.
+std::vector<Row> CountriesNorthOrEastOf(TimeZoneData const& data, double latitude, double longitude, std::size_t limit);
+
+/// The areas, which are what the zones' names begin with; for each how many zones it has, and how many with a comment.
+std::vector<Row> Areas(TimeZoneData const& data, std::size_t limit);
+
+}  // namespace demo
+
+#endif
