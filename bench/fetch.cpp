@@ -85,6 +85,13 @@ void Ticket(unsigned char* bytes, char const* text) {
   }
 }
 
+template <std::size_t kSize>
+void Copy(char (&to)[kSize], char const* text) {
+  std::size_t const length = strnlen(text, kSize - 1);
+  std::memcpy(to, text, length);
+  to[length] = '\0';
+}
+
 // The text, padded with blanks, as a CHAR column holds it.
 void Padded(char* to, std::size_t size, char const* text) {
   std::size_t const length = std::strlen(text);
@@ -114,9 +121,9 @@ std::uint64_t AddRows(MYSQL_RES* result) {
     sale.price = std::atof(row[4]);
     sale.sold = Time(row[5]);
     Padded(sale.code, sizeof sale.code - 1, row[6]);
-    std::strcpy(sale.name, row[7]);
+    Copy(sale.name, row[7]);
     sale.noteIsNull = row[8] == nullptr;
-    if (!sale.noteIsNull) std::strcpy(sale.note, row[8]);
+    if (!sale.noteIsNull) Copy(sale.note, row[8]);
     Ticket(sale.ticket, row[9]);
     checksum.Add(std::int64_t{sale.id});
     checksum.Add(std::int64_t{sale.quantity});
@@ -146,14 +153,14 @@ MYSQL_RES* Use(MYSQL* handle) { return mysql_use_result(handle); }
 void FetchCursor(benchmark::State& state) {
   std::uint64_t const expected = ByHand(Database(), Store);
   ASSession session(Parameters(), 0, false);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (ByCursor(session) != expected) state.SkipWithError("the rows are not those of the bare client library");
   }
   session.Disconnect();
 }
 
 void FetchByHand(benchmark::State& state, MYSQL_RES* (*take)(MYSQL*)) {
-  for (auto _ : state) benchmark::DoNotOptimize(ByHand(Database(), take));
+  while (state.KeepRunning()) benchmark::DoNotOptimize(ByHand(Database(), take));
 }
 
 BENCHMARK(FetchCursor)->Name("fetch/corvane")->Unit(benchmark::kMillisecond)->UseRealTime();

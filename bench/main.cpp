@@ -55,6 +55,7 @@ int main(int argc, char** argv) try {
                                      "--benchmark_report_aggregates_only=true"};
   arguments.insert(arguments.end(), argv + 1, argv + argc);  // the last of two contrary options counts
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size());
   for (std::string& argument : arguments) pointers.push_back(argument.data());
   auto count = static_cast<int>(pointers.size());
   benchmark::Initialize(&count, pointers.data());

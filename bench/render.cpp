@@ -32,7 +32,7 @@ void RenderCorvane(benchmark::State& state) {
   Sale sale;
   Customer customer;
   City city;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     ASFilter filter;
     filter.Project() << sale.idColumn << sale.soldColumn << sale.priceColumn << customer.nameColumn << city.nameColumn
                      << sale.noteColumn;
@@ -50,7 +50,7 @@ void AppendQuoted(std::string& text, char const* value) {
 }
 
 void RenderByHand(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::string text = "SELECT s.id, s.sold, s.price, c.name, t.name, s.note";
     text += " FROM (`sale` s, `customer` c, `city` t)";
     text += " WHERE s.customer=c.id AND c.city_id=t.id AND s.quantity>";

@@ -102,13 +102,13 @@ void ASCursor::Statement(Str const& sql) {
   raw_ = std::move(raw);
   rawState_ = RawState::kDone;  // whatever happens to it, Fetch() must not send it again
   if (!corvane::internal::ContainsSelect(raw_)) {
-    ExecuteRaw();
+    Execute(raw_);
     return;
   }
   rawState_ = RawState::kFailed;
   try {
     Guarded([this] {
-      ExecuteRaw();
+      Execute(raw_);
       Describe();
     });
     rawState_ = RawState::kReady;
@@ -120,10 +120,12 @@ void ASCursor::Statement(Str const& sql) {
   }
 }
 
-void ASCursor::ExecuteRaw() {
-  session_->Execute(raw_);
-  if (corvane::internal::MayGiveResults(raw_)) {
-    session_->AdmitUntakenOf(raw_);
+// Only a raw text can leave a result that nobody takes, or several.
+void ASCursor::Execute(Str const& statement) {
+  session_->Execute(statement);
+  if (raw_.length() == 0) return;
+  if (corvane::internal::MayGiveResults(statement)) {
+    session_->AdmitUntakenOf(statement);
   } else {
     session_->AdmitUntaken();
   }
@@ -160,11 +162,7 @@ void ASCursor::Open(int, int) {
   }
   CheckSession(session_);
   Guarded([this] {
-    if (raw_.length() > 0) {
-      ExecuteRaw();
-    } else {
-      session_->Execute(Query());
-    }
+    Execute(Query());
     ResultPtr const result(session_->FetchMultiple());
     if (statement_ != nullptr) statement_->Resize(result.get());
     auto rows = std::make_unique<ResultRows>(Project().items_, Project().kept_);

@@ -136,7 +136,7 @@ class CORVANE_API ASCursor : public virtual ASFilter {
   ASCursor& Append(char const* word, ASFilter const& other);
   bool IsOpen() const { return buffer_ != nullptr; }
   void Close();
-  void ExecuteRaw();
+  void Execute(Str const& statement);
   MYSQL_RES* TakeResult();
   void Describe();
   void DropStatementColumns();

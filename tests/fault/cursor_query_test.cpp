@@ -376,6 +376,15 @@ TEST_F(CursorQuery, OfADerivedCursorIsWhatOpenSends) {
   EXPECT_EQ(cursor.rendered, 1);
 }
 
+TEST_F(CursorQuery, OfADerivedCursorIsWhatARawStatementReadsItsRowsBy) {
+  Answer(1, {{"1"}}).Matching("raw");
+  Answer(1, {{"2"}, {"3"}}).Matching("mine");
+  CountingCursor cursor(session);
+  cursor.Statement("SELECT 'raw'");
+  EXPECT_THAT(Statements(), ElementsAre("SELECT 'raw'", "SELECT 'mine'"));
+  EXPECT_EQ(cursor.GetAmount(), 2);
+}
+
 TEST_F(CursorQuery, OfADerivedCursorIsAskedForByFetchSingleEvenWhenOpen) {
   Answer(1, {{"1"}});
   CountingCursor cursor(session);

@@ -77,7 +77,7 @@ int ResultRows::Read(MYSQL_RES* result, MapBuffer& buffer) {
     unsigned long const* const lengths = needsLengths_ ? mysql_fetch_lengths(result) : nullptr;
     auto* const cells = reinterpret_cast<UU*>(row);
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-      ReadInto(cells[i], row + columns_[i].area, columns_[i], texts[i], needsLengths_ ? lengths + i : nullptr, buffer);
+      ReadInto(cells[i], row + columns_[i].area, columns_[i], texts[i], lengths != nullptr ? lengths[i] : 0, buffer);
     }
   }
   return rows;
@@ -162,7 +162,7 @@ bool ResultRows::Bind(Column& column, ASData* data) {
 }
 
 // Takes a field of the result, null for NULL, over into its cell.
-void ResultRows::ReadInto(UU& cell, char* area, Column const& column, char const* text, unsigned long const* length,
+void ResultRows::ReadInto(UU& cell, char* area, Column const& column, char const* text, unsigned long length,
                           MapBuffer& buffer) {
   switch (column.kind) {
     case Kind::kNone:
@@ -207,14 +207,14 @@ void ResultRows::ReadInto(UU& cell, char* area, Column const& column, char const
     case Kind::kBlob:
     case Kind::kGeometry: {
       std::size_t const skipped = column.hasSpatialId ? kSpatialId : 0;
-      std::size_t const stored = text != nullptr && *length > skipped ? *length - skipped : 0;
+      std::size_t const stored = text != nullptr && length > skipped ? length - skipped : 0;
       std::size_t const taken = std::min(stored, column.size);
       cell.value.length = static_cast<std::uint32_t>(taken);
       cell.extra.bytes = taken > 0 ? buffer.KeepBytes(text + skipped, taken) : nullptr;
       return;
     }
     case Kind::kRealBlob:
-      cell.value.blob = text != nullptr ? buffer.KeepBlob(static_cast<unsigned>(*length), text) : nullptr;
+      cell.value.blob = text != nullptr ? buffer.KeepBlob(static_cast<unsigned>(length), text) : nullptr;
       return;
   }
 }

@@ -79,7 +79,7 @@ class ResultRows {
 
   static Kind KindOf(ASData const& data);
   static bool Bind(Column& column, ASData* data);
-  static void ReadInto(UU& cell, char* area, Column const& column, char const* text, unsigned long const* length,
+  static void ReadInto(UU& cell, char* area, Column const& column, char const* text, unsigned long length,
                        MapBuffer& buffer);
   static void Deliver(UU const& cell, Column const& column);
 
