@@ -6,6 +6,13 @@
 #include "corvane/data/literal.h"
 #include "corvane/mapping/attribute.h"
 
+namespace {
+
+// The expression of a temporary column, which it copies.
+ASExpression Kept(ASAttribute const& temporary) { return static_cast<ASAttribute const&&>(temporary); }
+
+}  // namespace
+
 ASExpression::ASExpression() = default;
 
 ASExpression::ASExpression(int number) : ASExpression(corvane::Number(number)) {}
@@ -134,15 +141,7 @@ ASExpression operator-(ASAttribute const& left, ASExpression const& right) { ret
 ASExpression operator*(ASAttribute const& left, ASExpression const& right) { return ASExpression(left) * right; }
 ASExpression operator/(ASAttribute const& left, ASExpression const& right) { return ASExpression(left) / right; }
 
-ASExpression operator+(ASAttribute const&& left, ASExpression const& right) {
-  return ASExpression(std::move(left)) + right;
-}
-ASExpression operator-(ASAttribute const&& left, ASExpression const& right) {
-  return ASExpression(std::move(left)) - right;
-}
-ASExpression operator*(ASAttribute const&& left, ASExpression const& right) {
-  return ASExpression(std::move(left)) * right;
-}
-ASExpression operator/(ASAttribute const&& left, ASExpression const& right) {
-  return ASExpression(std::move(left)) / right;
-}
+ASExpression operator+(ASAttribute const&& left, ASExpression const& right) { return Kept(left) + right; }
+ASExpression operator-(ASAttribute const&& left, ASExpression const& right) { return Kept(left) - right; }
+ASExpression operator*(ASAttribute const&& left, ASExpression const& right) { return Kept(left) * right; }
+ASExpression operator/(ASAttribute const&& left, ASExpression const& right) { return Kept(left) / right; }
