@@ -7,8 +7,8 @@
 
 class RealBlob;
 
-/// A cell of a cursor's rows, 24 bytes. A row is a cell for each column, then, beginning at a cell's boundary, the area
-/// with the bytes of its texts and GUIDs, each as long as the value's GetSize() + 1.
+/// A cell of a cursor's rows, 24 bytes. A row is a cell for each column, then the area with the bytes of its texts and
+/// GUIDs, each as long as the value's GetSize() + 1, filled up to whole cells. Of a NULL text or GUID the bytes are 0.
 ///
 /// | Column | `value` | `extra` |
 /// |---|---|---|
@@ -16,8 +16,8 @@ class RealBlob;
 /// | double | `number`; the lowest double for NULL | |
 /// | currency | `number`; the lowest double for NULL | `constant`, and 2 in `mark` |
 /// | 64-bit integer | `integer64` | `null`: 1 for NULL |
-/// | text | `length`: with its terminating NUL; 0 for NULL | `text`: in the row's area |
-/// | GUID | `length`: 16; 0 for NULL | `text`: its bytes in the row's area |
+/// | text | `length`: with its terminating NUL; 0 for NULL | `text`: in the row's area, of a NULL too |
+/// | GUID | `length`: 16; 0 for NULL | `text`: its bytes in the row's area, of a NULL too |
 /// | small binary, geometry | `length` in bytes; 0 for NULL | `bytes`: kept by the MapBuffer |
 /// | large binary | `blob`, kept by the MapBuffer; null for NULL | |
 ///

@@ -119,7 +119,8 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   ASComparison operator>=(basic_type const& value) const;
   ASComparison operator<=(basic_type const& value) const;
 
-  /// Comparisons with a number: "a=5", "a<>5", "a>2.5". Servers refuse a double that is not finite (error 1054).
+  /// Comparisons with a number: "a=5", "a<>5", "a>2.5"; a character is one, too. Servers refuse a double that is not
+  /// finite (error 1054).
   ASComparison operator==(int number) const;
   ASComparison operator!=(int number) const;
   ASComparison operator>(int number) const;

@@ -37,6 +37,8 @@ ASComparison& ASComparison::operator&&(ASComparison const& other) & {
 
 ASComparison ASComparison::operator&&(ASComparison const& other) && { return std::move(*this && other); }
 
+ASComparison ASComparison::operator&&(ASComparison const& other) const& { return ASComparison(*this) && other; }
+
 // Pinned: the other's outer joins are dropped; held by Comparison.OrDropsTheOuterJoinsOfItsRightSide.
 ASComparison& ASComparison::operator||(ASComparison const& other) & {
   Combine(kOr, other);
@@ -44,6 +46,8 @@ ASComparison& ASComparison::operator||(ASComparison const& other) & {
 }
 
 ASComparison ASComparison::operator||(ASComparison const& other) && { return std::move(*this || other); }
+
+ASComparison ASComparison::operator||(ASComparison const& other) const& { return ASComparison(*this) || other; }
 
 // Pinned: neither records nor joins; held by Comparison.NotNamesNoRecordsAndHasNoJoins.
 ASComparison ASComparison::operator!() const {

@@ -30,13 +30,15 @@ class CORVANE_API ASComparison {
   // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it does nothing, as its members' own does
   ASComparison& operator=(ASComparison const& other);
 
-  /// "(this) AND (other)": this condition is changed and returned; an empty side leaves the text to the other one. The
-  /// other's record types that are not named yet, and its outer joins, are added.
+  /// "(this) AND (other)": this condition is changed and returned (a constant one is copied); an empty side leaves the
+  /// text to the other one. The other's record types that are not named yet, and its outer joins, are added.
   ASComparison& operator&&(ASComparison const& other) &;
   ASComparison operator&&(ASComparison const& other) &&;
+  ASComparison operator&&(ASComparison const& other) const&;
   /// "(this) OR (other)" likewise; but the other's outer joins are dropped.
   ASComparison& operator||(ASComparison const& other) &;
   ASComparison operator||(ASComparison const& other) &&;
+  ASComparison operator||(ASComparison const& other) const&;
   /// " NOT (this) ", a new condition which names no record type and has no outer joins: combine it with one that does.
   /// An ASDeleter whose whole condition is a negation deletes EVERY ROW of its table; write
   /// `a.IsNotNull() && !(a == 3)`.

@@ -89,8 +89,9 @@ class CORVANE_API ASGroupAttribute : public ASSimpleAttribute {
   ASGroupComparison operator>=(numeric const& value) const;
   ASGroupComparison operator<=(numeric const& value) const;
 
-  /// "g=text" and "g<>text", the text inserted as it stands: NOT QUOTED AND NOT ESCAPED. The caller quotes it; never
-  /// with untrusted text. A null pointer counts as "".
+  /// "g=text" and "g<>text", the text inserted as it stands: NOT QUOTED AND NOT ESCAPED. So is that of a Str and of a
+  /// text column. The caller quotes it, `*max == corvane::Literal(name)`; never with untrusted text. A null pointer
+  /// counts as "".
   ASGroupComparison operator==(char const* text) const;
   ASGroupComparison operator!=(char const* text) const;
   ASGroupComparison operator==(std::string_view text) const;

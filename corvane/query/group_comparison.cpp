@@ -23,6 +23,10 @@ ASGroupComparison ASGroupComparison::operator&&(ASGroupComparison const& other) 
   return std::move(*this);
 }
 
+ASGroupComparison ASGroupComparison::operator&&(ASGroupComparison const& other) const& {
+  return ASGroupComparison(*this) && other;
+}
+
 ASGroupComparison& ASGroupComparison::operator||(ASGroupComparison const& other) & {
   Combine(kOr, other);
   return *this;
@@ -31,6 +35,10 @@ ASGroupComparison& ASGroupComparison::operator||(ASGroupComparison const& other)
 ASGroupComparison ASGroupComparison::operator||(ASGroupComparison const& other) && {
   Combine(kOr, other);
   return std::move(*this);
+}
+
+ASGroupComparison ASGroupComparison::operator||(ASGroupComparison const& other) const& {
+  return ASGroupComparison(*this) || other;
 }
 
 void ASGroupComparison::Combine(char const* word, ASGroupComparison const& other) {

@@ -15,12 +15,14 @@ class CORVANE_API ASGroupComparison {
   /// A condition that names `d1` and `d2`; either may be null.
   ASGroupComparison(Str text, ASDomain* d1, ASDomain* d2);
 
-  /// "(this) AND (other)", "(this) OR (other)": this condition is changed and returned; an empty side leaves the text
-  /// to the other one. The other's record types are added.
+  /// "(this) AND (other)", "(this) OR (other)": this condition is changed and returned (a constant one is copied); an
+  /// empty side leaves the text to the other one. The other's record types are added.
   ASGroupComparison& operator&&(ASGroupComparison const& other) &;
   ASGroupComparison operator&&(ASGroupComparison const& other) &&;
+  ASGroupComparison operator&&(ASGroupComparison const& other) const&;
   ASGroupComparison& operator||(ASGroupComparison const& other) &;
   ASGroupComparison operator||(ASGroupComparison const& other) &&;
+  ASGroupComparison operator||(ASGroupComparison const& other) const&;
 
   Str Query() const { return text_; }
   /// Ordered by address; never a null pointer.

@@ -40,6 +40,7 @@ class CORVANE_API ASProject {
 
   /// The select list: "DISTINCT a, SUM(b)"; empty without columns.
   Str ProjectQuery() const { return projectText_; }
+  /// The same for writing, past the columns and the GROUP BY list.
   Str& ProjectQueryForUpdate() { return projectText_; }
   /// The plain columns: "a, b".
   Str GroupQuery() const { return groupText_; }

@@ -339,6 +339,9 @@ void Conditions() {
   CHECK(p(c) == "(a.id=1) AND (b.id=2)" && p(reference) == p(c) && c.Domains().size() == 2);
   c&& id != 3;
   CHECK(p(c) == "((a.id=1) AND (b.id=2)) AND (a.id<>3)");
+  ASComparison const first = id == 1;
+  CHECK(p(first && id != 3) == "(a.id=1) AND (a.id<>3)" && p(first || id != 3) == "(a.id=1) OR (a.id<>3)");
+  CHECK(p(first) == "a.id=1");
   ASComparison const join = ++p.id == p.other;
   CHECK(p(join).empty() && join.JoinPairs().front().second == &p.a);
   ASComparison nothing("", nullptr, nullptr);
@@ -394,6 +397,9 @@ void Aggregates() {
   CHECK(p(*sum > big) == "SUM(a.id)>5000000000" && p(*sum != Int(5)) == "SUM(a.id)<>5");
   CHECK(p(*sum > null) == " 0 = 1 " && p(*sum == null) == "SUM(a.id) IS NULL " && p(*sum < 2.5L) == "SUM(a.id)<2.5");
   CHECK(p((*sum > 3) || (*count < 1)) == "(SUM(a.id)>3) OR (COUNT(b.id)<1)");
+  ASGroupComparison const few = *count < 1;
+  CHECK(p(few && *sum > 3) == "(COUNT(b.id)<1) AND (SUM(a.id)>3)" &&
+        p(few || *sum > 3) == "(COUNT(b.id)<1) OR (SUM(a.id)>3)" && p(few) == "COUNT(b.id)<1");
   ASGroupComparison const& reference = *sum > 3 && *count < 1;
   CHECK(p(reference) == "(SUM(a.id)>3) AND (COUNT(b.id)<1)" && reference.Domains().size() == 2);
 }

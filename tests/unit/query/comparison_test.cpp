@@ -306,6 +306,13 @@ TEST_F(Comparison, AssignmentKeepsTheTargetsOuterJoins) {
   EXPECT_EQ(All(target), "[new] c (o) LEFT JOIN t ON [old on]");
 }
 
+TEST_F(Comparison, CombiningAConstantLeavesItAlone) {
+  ASComparison const join = ++c.idColumn == customer;
+  EXPECT_EQ(All(join && total > 1), "[o.total>1] o (o) LEFT JOIN c ON [c.id=(o.customer_id)]");
+  EXPECT_EQ(All(join || total > 1), "[o.total>1] o (o) LEFT JOIN c ON [c.id=(o.customer_id)]");
+  EXPECT_EQ(All(join), "[] (o) LEFT JOIN c ON [c.id=(o.customer_id)]");
+}
+
 TEST_F(Comparison, AssignmentOfATemporaryKeepsTheTargetsOuterJoins) {
   ASComparison target = ASComparison("old", &o, nullptr) && ASComparison::OuterJoin("old on", &o, &t);
   target = ASComparison("new", &c, nullptr) && ASComparison::OuterJoin("new on", &o, &c);

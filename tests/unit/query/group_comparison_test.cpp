@@ -136,6 +136,15 @@ TEST_F(GroupComparison, CombiningATemporaryGivesAValue) {
   EXPECT_EQ(other.Domains(), (Domains{&o, &c}));
 }
 
+TEST_F(GroupComparison, CombiningAConstantLeavesItAlone) {
+  ASGroupComparison const left("a", &o, nullptr);
+  EXPECT_EQ((left && ASGroupComparison("b", &c, nullptr)).Query(), "(a) AND (b)");
+  EXPECT_EQ((left || ASGroupComparison("b", &c, nullptr)).Query(), "(a) OR (b)");
+  EXPECT_EQ((left || ASGroupComparison("b", &c, nullptr)).Domains(), (Domains{&o, &c}));
+  EXPECT_EQ(left.Query(), "a");
+  EXPECT_EQ(left.Domains(), (Domains{&o}));
+}
+
 TEST_F(GroupComparison, CombinesWithItself) {
   ASGroupComparison both("a", &o, nullptr);
   both&& both;
