@@ -438,6 +438,7 @@ class CursorStatementCall : public CursorStatement {
     Run("CREATE PROCEDURE one() BEGIN INSERT INTO log VALUES (); SELECT id FROM item WHERE id=1; END");
     Run("CREATE PROCEDURE two() BEGIN INSERT INTO log VALUES (); SELECT id FROM item WHERE id=1; "
         "SELECT name FROM item WHERE id=2; END");
+    Run("CREATE PROCEDURE fails() BEGIN SELECT id FROM item WHERE id=1; INSERT INTO item VALUES (1, 'again'); END");
     Run("CREATE PROCEDURE select_two() BEGIN CALL two(); END");
   }
 };
@@ -460,7 +461,11 @@ TEST_P(CursorStatementCallOf, IsExecutedOnceAndLeavesTheConnectionReady) {
 
 INSTANTIATE_TEST_SUITE_P(Procedure, CursorStatementCallOf,
                          ::testing::Values("CALL none()", "CALL one()", "CALL two()", "call two", "  CALL two()",
-                                           "/* why */ CALL two()", "-- why\nCALL two()", "# why\n\tCALL two()"));
+                                           "/* why */ CALL two()", "-- why\nCALL two()", "# why\n\tCALL two()",
+                                           "EXECUTE IMMEDIATE 'CALL two()'", "/*!50003 CALL two() */",
+                                           "/*M! CALL two() */", "BEGIN NOT ATOMIC CALL two(); END",
+                                           "IF 1 THEN CALL two(); END IF",
+                                           "SET STATEMENT max_statement_time=5 FOR CALL two()"));
 
 TEST_F(CursorStatementCall, FirstResultCanBeTaken) {
   Session session(With());
@@ -471,6 +476,27 @@ TEST_F(CursorStatementCall, FirstResultCanBeTaken) {
     std::unique_ptr<MYSQL_RES, decltype(&mysql_free_result)> const result(session.FetchMultiple(), mysql_free_result);
     EXPECT_STREQ(mysql_fetch_row(result.get())[0], "1");
   }
+  EXPECT_EQ(ConnectionId(session), id);
+}
+
+TEST_F(CursorStatementCall, FailureBehindTheFirstResultIsThrown) {
+  Session session(WithTransactions());
+  Item const item(4, "four");
+  session.Insert(item);
+  ASCursor cursor(&session);
+  Failure const failure = FailureOf([&] { cursor.Statement("CALL fails()"); });
+  EXPECT_EQ(failure.number, 102);
+  EXPECT_THAT(failure.message, StartsWith("DB Error 1062 ("));
+  session.Commit();
+  EXPECT_EQ(Stored("SELECT COUNT(*) FROM item"), "4");
+}
+
+TEST_F(CursorStatementCall, CompoundStatementOfSeveralQueriesIsReadUpToTheFirst) {
+  Session session(With());
+  std::string const id = ConnectionId(session);
+  ASCursor cursor(&session);
+  cursor.Statement("BEGIN NOT ATOMIC SELECT id FROM item WHERE id=1; SELECT name FROM item; END");
+  EXPECT_EQ(TrimmedRows(cursor), (Rows{{"1"}}));
   EXPECT_EQ(ConnectionId(session), id);
 }
 

@@ -11,11 +11,11 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n\v\f(";
 
-// The text from its first word on; comments that servers execute count as one.
+// The lower-case text from its first word on; comments that servers execute count as one.
 std::string_view SkipComments(std::string_view text) {
   while (true) {
     text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-    bool const block = text.substr(0, 2) == "/*" && text.substr(0, 3) != "/*!" && text.substr(0, 4) != "/*M!";
+    bool const block = text.substr(0, 2) == "/*" && text.substr(0, 3) != "/*!" && text.substr(0, 4) != "/*m!";
     bool const line = text.substr(0, 1) == "#" || text.substr(0, 2) == "--";
     if (!block && !line) return text;
     std::string_view const end = block ? "*/" : "\n";
