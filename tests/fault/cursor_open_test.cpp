@@ -516,6 +516,32 @@ TEST_F(CursorOpen, ANullGuidKeepsNoStaleBytes) {
   EXPECT_EQ(a.value.getstr(), "00000000-0000-0000-0000-000000000000");
 }
 
+TEST_F(CursorOpen, AnUnreadableGuidLeavesNoBytesInItsCell) {
+  Column<ASGuid> a("a");
+  Answer(1, {{"ffffffff-ffff-ffff-ffff-fffffffffffx"}});
+  ASCursor cursor(session);
+  cursor.Project() << a;
+  cursor.Open();
+  EXPECT_EQ(cursor.GetUURecord(0)->value.length, 0U);
+  EXPECT_EQ(Bytes(cursor.GetUURecord(0)->extra.text, 16), std::string(16, '\0'));
+}
+
+// A GUID of an application that tells a wrong size.
+struct SmallGuid : ASGuid {
+  int GetSize() const override { return 1; }
+};
+
+TEST_F(CursorOpen, AGuidHasRoomForItsBytesWhateverItsSizeSays) {
+  Column<SmallGuid> a("a");
+  Column<SmallGuid> b("b");
+  Answer(2, {{"00000000-0000-0000-0000-000000000001", "ffffffff-ffff-ffff-ffff-ffffffffffff"}});
+  ASCursor cursor(session);
+  cursor.Project() << a << b;
+  cursor.Fetch();
+  EXPECT_EQ(a.value.getstr(), "00000000-0000-0000-0000-000000000001");
+  EXPECT_EQ(b.value.getstr(), "ffffffff-ffff-ffff-ffff-ffffffffffff");
+}
+
 TEST_F(CursorOpen, ANullInt64KeepsNoStaleNumber) {
   Column<ASInt64> a("a");
   Answer(1, {{"5"}, {std::nullopt}});

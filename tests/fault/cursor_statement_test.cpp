@@ -184,6 +184,28 @@ TEST_F(CursorStatement, AfterDetachIsExecutedOnceMoreIntoTheSameColumns) {
   EXPECT_EQ(Value(0).getstr().ToString().substr(0, 2), "6 ");
 }
 
+TEST_F(CursorStatement, LeavesOutAColumnThatWasUnboundWhenItRunsAgain) {
+  AnswerTwice(2, {{"five", "six"}});
+  Answer(2, {{"seven", "eight"}});
+  cursor.Statement("SELECT a, b");
+  const_cast<ASAttribute&>(Item(0)).Register(nullptr, nullptr);
+  delete cursor.Detach();
+  EXPECT_EQ(cursor.Fetch(), 1);
+  EXPECT_EQ(Item(0).Data(), nullptr);
+  EXPECT_EQ(Value(1).getstr().ToString().substr(0, 6), "eight ");
+}
+
+TEST_F(CursorStatement, ReadsIntoTheCallersValueHoweverSmallWhenItRunsAgain) {
+  AnswerTwice(1, {{"five"}});
+  Answer(1, {{"seven"}});
+  cursor.Statement("SELECT a");
+  ASVStr mine(3);
+  const_cast<ASAttribute&>(Item(0)).Register(&mine, nullptr);
+  delete cursor.Detach();
+  EXPECT_EQ(cursor.Fetch(), 1);
+  EXPECT_EQ(mine.getstr(), "sev");
+}
+
 TEST_F(CursorStatement, WithoutSessionThrowsAndIsForgotten) {
   cursor.AssignSession(nullptr);
   EXPECT_EQ(ThrownBy([&] { cursor.Statement("SELECT 1"); }), (Thrown{0, "There is no session for cursor. "}));
