@@ -14,8 +14,6 @@ constexpr char const* kIsNotNull = " IS NOT NULL";
 constexpr char const* kIn = " IN (";
 constexpr char const* kNotIn = " NOT IN (";
 constexpr char const* kLike = " LIKE ";
-constexpr char const* kAscending = " ASC";
-constexpr char const* kDescending = " DESC";
 
 /// The operators.
 constexpr char const* Word(Relation relation) {
