@@ -21,32 +21,33 @@ std::unique_ptr<char[]> NewCryptBuffer(ASData const* data) {
 
 ASSimpleAttribute::~ASSimpleAttribute() = default;
 
-ASAttribute::ASAttribute() : name_(""), label_("") {}
+ASAttribute::ASAttribute() : ASAttribute("") {}
 
-ASAttribute::ASAttribute(Str const& name) : name_(name), label_("") {}
+ASAttribute::ASAttribute(Str const& name) : ASAttribute(name, "", 0, 0) {}
 
 ASAttribute::ASAttribute(Str const& name, Str const& label, int acType, int flags)
-    : acType_(acType), name_(name), label_(label), flags_(flags) {}
+    : acType_(acType), names_(std::make_shared<Names const>(Names{name, label})), flags_(flags) {}
+
+ASAttribute::ASAttribute(ASAttribute const& other, int flags)
+    : acType_(other.acType_), names_(other.names_), flags_(flags) {}
 
 ASAttribute::ASAttribute(ASAttribute const& other)
     : ASSimpleAttribute(other),
       acType_(other.acType_),
-      name_(other.name_),
-      label_(other.label_),
+      names_(other.names_),
       flags_(other.flags_),
       nullIndicator_(other.nullIndicator_),
       cryptBuffer_(other.cryptBuffer_ != nullptr ? NewCryptBuffer(other.Data()) : nullptr) {}
 
 ASAttribute& ASAttribute::operator=(ASAttribute const& other) {
   if (this == &other) return *this;
-  ASAttribute copy(other);
+  auto buffer = other.cryptBuffer_ != nullptr ? NewCryptBuffer(other.Data()) : nullptr;
   ASSimpleAttribute::operator=(other);
   acType_ = other.acType_;
-  name_ = std::move(copy.name_);
-  label_ = std::move(copy.label_);
+  names_ = other.names_;
   flags_ = other.flags_;
   nullIndicator_ = other.nullIndicator_;
-  cryptBuffer_ = std::move(copy.cryptBuffer_);
+  cryptBuffer_ = std::move(buffer);
   return *this;
 }
 
@@ -59,11 +60,11 @@ ASAttribute& ASAttribute::Register(ASData* data, ASDomain* domain) {
 }
 
 Str ASAttribute::Query() const {
-  if (Domain() == nullptr) return name_;
+  if (Domain() == nullptr) return Name();
   Str text;
-  text.Reserve(kConditionRoom + name_.View().size());
+  text.Reserve(kConditionRoom + Name().View().size());
   Domain()->AppendAlias(text);
-  text << '.' << name_;
+  text << '.' << Name();
   return text;
 }
 

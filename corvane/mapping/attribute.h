@@ -81,9 +81,9 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   /// The record's Alias(), a dot and the name: "T140721.id"; the name alone without a record.
   Str Query() const override;
   /// The name alone.
-  Str SimpleQuery() const { return name_; }
-  Str const& Name() const { return name_; }
-  Str const& Label() const { return label_; }
+  Str SimpleQuery() const { return names_->name; }
+  Str const& Name() const { return names_->name; }
+  Str const& Label() const { return names_->label; }
   /// The application's tag; the library only stores and copies it.
   int ACType() const { return acType_; }
 
@@ -251,14 +251,23 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   char* CryptBuffer() const { return cryptBuffer_.get(); }
 
  private:
+  friend class ASDomain;
+
+  struct Names {
+    Str name;
+    Str label;
+  };
+
+  // A free-standing column of the same names and tag.
+  ASAttribute(ASAttribute const& other, int flags);
+
   ASComparison Compare(corvane::Relation relation, corvane::Number const& number) const;
   ASComparison BetweenNumbers(corvane::Number const& low, corvane::Number const& high) const;
   ASComparison BetweenMixed(basic_type const& low, corvane::Number const& high) const;
   ASComparison BetweenMixed(corvane::Number const& low, basic_type const& high) const;
 
   int acType_ = 0;
-  Str name_;
-  Str label_;
+  std::shared_ptr<Names const> names_;  // shared by all copies of a column, which a stored record has many of
   int flags_ = 0;
   short nullIndicator_ = 0;
   std::unique_ptr<char[]> cryptBuffer_;

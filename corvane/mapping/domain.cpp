@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <typeinfo>
 
 #include "corvane/data/blob.h"
 #include "corvane/data/data.h"
@@ -12,6 +13,7 @@
 #include "corvane/data/guid.h"
 #include "corvane/data/int64.h"
 #include "corvane/data/real_blob.h"
+#include "corvane/data/time.h"
 #include "corvane/data/value/exception.h"
 #include "corvane/data/vstr.h"
 #include "corvane/internal/same_kind.h"
@@ -20,17 +22,32 @@ namespace {
 
 constexpr char const* kOwningLabel = "COPY";
 
+// The value as a `Value`, or a null pointer. One whose very class is `Column`, or else `Other`, is found without
+// searching its bases, which is most of what a cache's lookup would do otherwise.
+template <class Value, class Column, class Other = Column>
+Value const* To(ASData const& data) {
+  std::type_info const& type = typeid(data);
+  if (type == typeid(Column)) return static_cast<Column const*>(&data);
+  if (type == typeid(Other)) return static_cast<Other const*>(&data);
+  return dynamic_cast<Value const*>(&data);
+}
+
+template <class Value, class Column, class Other = Column>
+Value* To(ASData& data) {
+  return const_cast<Value*>(To<Value, Column, Other>(static_cast<ASData const&>(data)));
+}
+
 // A value whose type code says `Value`; the code of an application's class may promise what it is not.
-template <class Value>
+template <class Value, class Column = Value, class Other = Column>
 Value const& As(ASData const& data) {
-  auto const* const value = dynamic_cast<Value const*>(&data);
+  auto const* const value = To<Value, Column, Other>(data);
   if (value == nullptr) corvane::internal::ThrowIncompatible("ASDomain::ASDomain()");
   return *value;
 }
 
 template <class Column>
 std::unique_ptr<ASData> CloneText(ASData const& data) {
-  auto const& text = As<Str>(data);
+  auto const& text = As<Str, Column>(data);
   auto clone = std::make_unique<Column>(static_cast<unsigned>(data.GetSize()));
   *clone = text.str();
   if (text.IsNull() != 0) clone->SetNull();
@@ -38,10 +55,10 @@ std::unique_ptr<ASData> CloneText(ASData const& data) {
 }
 
 // Through the plain number, which has no null flag of its own.
-template <class Column, class Value, class Scalar>
+template <class Column, class Value, class Scalar, class Other = Column>
 std::unique_ptr<ASData> CloneNumber(ASData const& data) {
   auto clone = std::make_unique<Column>();
-  *clone = static_cast<Scalar>(As<Value>(data));
+  *clone = static_cast<Scalar>(As<Value, Column, Other>(data));
   return clone;
 }
 
@@ -56,7 +73,7 @@ std::unique_ptr<ASData> CloneBlock(ASData const& data) {
 std::unique_ptr<ASData> Clone(ASData const& data) {
   switch (data.GetType()) {
     case corvane::kTypeInt:  // Pinned: an ASTime too becomes an ASInt; held by Domain.CloneTurnsTimesIntoInts.
-      return CloneNumber<ASInt, Int, int>(data);
+      return CloneNumber<ASInt, Int, int, ASTime>(data);
     case corvane::kTypeDouble:
       return CloneNumber<ASDouble, Double, double>(data);
     case corvane::kTypeStr:
@@ -67,7 +84,7 @@ std::unique_ptr<ASData> Clone(ASData const& data) {
       return CloneNumber<ASDCurrency, Double, double>(data);
     case corvane::kTypeGuid: {
       auto clone = std::make_unique<ASGuid>();
-      *clone = As<Guid>(data);
+      *clone = As<Guid, ASGuid>(data);
       return clone;
     }
     default:
@@ -76,24 +93,24 @@ std::unique_ptr<ASData> Clone(ASData const& data) {
   if (data.GetDBType() == corvane::kDbGeometry) return CloneBlock<ASGeometry>(data);
   if (data.GetDBType() != corvane::kDbRealBlob) return CloneBlock<ASBlob>(data);
   auto clone = std::make_unique<ASRealBlob>(0);
-  *clone = As<RealBlob>(data);
+  *clone = As<RealBlob, ASRealBlob>(data);
   return clone;
 }
 
 [[noreturn]] void ThrowIncompatibleAssignment() { throw AException("Incompatible types in ASDomain::operator=(). "); }
 
 // Same-class assignment of two values that should both be of class `Column`.
-template <class Column>
+template <class Column, class Other = Column>
 void AssignAs(ASData& target, ASData const& source) {
-  auto* const to = dynamic_cast<Column*>(&target);
-  auto const* const from = dynamic_cast<Column const*>(&source);
+  auto* const to = To<Column, Column, Other>(target);
+  auto const* const from = To<Column, Column, Other>(source);
   if (to == nullptr || from == nullptr) ThrowIncompatibleAssignment();
   *to = *from;
 }
 
 void AssignText(ASData& target, ASData const& source) {
-  auto* const to = dynamic_cast<ASStr*>(&target);
-  auto const* const from = dynamic_cast<Str const*>(&source);
+  auto* const to = To<ASStr, ASVStr, ASStr>(target);
+  auto const* const from = To<Str, ASVStr, ASStr>(source);
   if (to == nullptr || from == nullptr) ThrowIncompatibleAssignment();
   *to = from->str();
   if (from->IsNull() != 0) to->SetNull();  // str() of a NULL is an empty text
@@ -103,7 +120,7 @@ void Assign(ASData& target, ASData const& source) {
   if (target.GetType() != source.GetType()) ThrowIncompatibleAssignment();
   switch (target.GetType()) {
     case corvane::kTypeInt:
-      return AssignAs<ASInt>(target, source);
+      return AssignAs<ASInt, ASTime>(target, source);
     case corvane::kTypeDouble:
       return AssignAs<ASDouble>(target, source);
     case corvane::kTypeInt64:
@@ -128,6 +145,19 @@ void ForEachValue(ASDomain const& record, Visit visit) {
   for (ASAttribute* const attribute : record) {
     if (attribute != nullptr && attribute->Data() != nullptr) visit(*attribute, *attribute->Data());
   }
+}
+
+enum class Order { kLess, kEqual, kGreater };
+
+// Most keys are ASInts, whose NULL is the lowest number: these are compared as numbers.
+Order Compare(ASData const& left, ASData const& right) {
+  if (typeid(left) == typeid(ASInt) && typeid(right) == typeid(ASInt)) {
+    int const number = static_cast<ASInt const&>(left);
+    int const other = static_cast<ASInt const&>(right);
+    return number < other ? Order::kLess : number == other ? Order::kEqual : Order::kGreater;
+  }
+  basic_type const& value = right;
+  return left < value ? Order::kLess : left == value ? Order::kEqual : Order::kGreater;
 }
 
 // Calls `visit` with the two values, null pointers among them, at each key position of `left`, as long as it returns
@@ -245,8 +275,9 @@ bool ASDomain::operator<(ASDomain const& other) const {
       less = own == nullptr && counterpart != nullptr;
       return false;
     }
-    less = *own < static_cast<basic_type const&>(*counterpart);
-    return !less && *own == static_cast<basic_type const&>(*counterpart);
+    Order const order = Compare(*own, *counterpart);
+    less = order == Order::kLess;
+    return order == Order::kEqual;
   });
   return less;
 }
@@ -254,8 +285,7 @@ bool ASDomain::operator<(ASDomain const& other) const {
 void ASDomain::CloneColumns(ASDomain const& other) {
   for (ASAttribute const* const attribute : other) {
     if (attribute == nullptr) continue;
-    auto column =
-        std::make_unique<ASAttribute>(attribute->Name(), attribute->Label(), attribute->ACType(), attribute->IsKey());
+    std::unique_ptr<ASAttribute> column(new ASAttribute(*attribute, attribute->IsKey()));
     auto value = attribute->Data() != nullptr ? Clone(*attribute->Data()) : nullptr;
     push_back(column.get());
     column->Register(value.get(), this);
