@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "corvane/data/literal.h"
+#include "corvane/internal/finite.h"
 #include "corvane/mapping/attribute.h"
 
 namespace {
@@ -21,18 +22,23 @@ ASExpression::ASExpression(corvane::Number const& number) {
   Str text;
   number.AppendTo(text);
   SetConstant(std::move(text));
+  finite_ = number.IsFinite();
 }
 
 ASExpression::ASExpression(char const* text) { SetConstant(text); }
 
 ASExpression::ASExpression(std::string_view text) { SetConstant(Str(text.data(), text.size())); }
 
-ASExpression::ASExpression(basic_type const& value) { SetConstant(value.IsNull() != 0 ? Str() : value.getstr()); }
+ASExpression::ASExpression(basic_type const& value) {
+  SetConstant(value.IsNull() != 0 ? Str() : value.getstr());
+  finite_ = corvane::internal::IsFinite(value);
+}
 
 ASExpression::ASExpression(ASAttribute const& attribute) : attribute_{&attribute, nullptr}, code_(kLeaf) {}
 
 ASExpression::ASExpression(ASAttribute const&& attribute) : code_(kLeaf) {
-  kept_[kLeft] = std::make_shared<ASAttribute const>(attribute);
+  // By its text: it may be of a class that renders itself otherwise.
+  kept_[kLeft] = std::make_shared<ASAttribute const>(attribute.Query());
   attribute_[kLeft] = kept_[kLeft].get();
 }
 
@@ -46,7 +52,8 @@ ASExpression::ASExpression(ASExpression const& other)
       constant_{other.constant_[kLeft], other.constant_[kRight]},
       code_(other.code_),
       kept_{other.kept_[kLeft], other.kept_[kRight]},
-      null_{other.null_[kLeft], other.null_[kRight]} {
+      null_{other.null_[kLeft], other.null_[kRight]},
+      finite_(other.finite_) {
   for (Side const side : {kLeft, kRight}) {
     if (other.expression_[side] != nullptr) {
       expression_[side] = std::make_unique<ASExpression>(*other.expression_[side]);
@@ -62,6 +69,7 @@ ASExpression& ASExpression::operator=(ASExpression const& other) {
   std::swap(code_, copy.code_);
   std::swap(kept_, copy.kept_);
   std::swap(null_, copy.null_);
+  std::swap(finite_, copy.finite_);
   return *this;
 }
 
@@ -86,6 +94,7 @@ void ASExpression::SetConstant(Str constant) {
 
 // One operand moves into this node as it is; a tree becomes a sub-tree.
 void ASExpression::Take(Side side, ASExpression const& operand) {
+  finite_ = finite_ && operand.finite_;
   if (operand.code_ != kLeaf) {
     expression_[side] = std::make_unique<ASExpression>(operand);
     return;

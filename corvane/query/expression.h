@@ -14,11 +14,13 @@ class ASAttribute;
 /// The right-hand side of an UPDATE's assignment: a tree of + - * / over columns, constants and other expressions.
 ///
 /// Constants are written as escaped texts between single quotes, numbers too ("T1.a + '5'"): the server converts them.
-/// A NULL value and a null pointer are written as the keyword NULL. No parentheses are ever written: (a + b) * c gives
-/// "T1.a + T1.b * T1.c", and the server's precedence applies to that.
+/// A character is its number.
+/// A NULL value and a null pointer are written as the keyword NULL; but the macro NULL is the number 0.
+/// A BINARY VALUE IS WRITTEN AS THE WORD BLOB, its getstr(): ASSession::Update() writes its bytes. No parentheses are
+/// ever written: (a + b) * c gives "T1.a + T1.b * T1.c", and the server's precedence applies to that.
 ///
 /// Columns named in an expression must outlive it; temporary ones (`a.Abs() + 1`) are copied and kept.
-/// Nothing here throws but memory exhaustion (std::bad_alloc).
+/// Nothing here throws but memory exhaustion (std::bad_alloc); a number that is not finite makes the setter throw.
 class CORVANE_API ASExpression {
  public:
   /// Empty: renders nothing.
@@ -63,6 +65,8 @@ class CORVANE_API ASExpression {
   enum Side { kLeft, kRight };
 
   explicit ASExpression(corvane::Number const& number);
+  friend class ASSetter;
+
   ASExpression(ASExpression const& left, Code code, ASExpression const& right);
   void SetConstant(Str constant);
   void Take(Side side, ASExpression const& operand);
@@ -77,7 +81,8 @@ class CORVANE_API ASExpression {
   Str constant_[2];
   Code code_ = kEmpty;
   std::shared_ptr<ASAttribute const> kept_[2];
-  bool null_[2] = {};  // the operand is the keyword NULL
+  bool null_[2] = {};   // the operand is the keyword NULL
+  bool finite_ = true;  // so are all constants in the tree
 };
 
 /// With a column on the left: as the expression of that column. On the right may stand whatever makes an expression.

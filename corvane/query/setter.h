@@ -11,7 +11,8 @@ class CORVANE_API ASSetter {
  public:
   ASSetter(ASAttribute const* target, ASExpression const* value) : target_(target), value_(value) {}
 
-  /// "T1.a = T1.a + '5'".
+  /// "T1.a = T1.a + '5'". Throws AException "Value has no SQL form, it is not a finite number: a. " when the expression
+  /// has a number that is infinite or none.
   Str Query() const;
   /// The name of the table that is written: the target's record's Name(); a null Str when it has no record.
   Str UpdateQuery() const;

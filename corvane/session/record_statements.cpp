@@ -18,6 +18,7 @@
 #include "corvane/data/time.h"
 #include "corvane/data/vstr.h"
 #include "corvane/internal/client_library.h"
+#include "corvane/internal/finite.h"
 #include "corvane/internal/log.h"
 #include "corvane/internal/number_text.h"
 #include "corvane/internal/same_kind.h"
@@ -39,12 +40,6 @@ constexpr int kNoCondition = 2;  // of a SELECT
 // Room for a column's name, quotes and short value in a statement; more is made when it does not suffice.
 constexpr std::size_t kColumnRoom = 48;
 
-[[noreturn]] void ThrowNotFinite(ASAttribute const& attribute) {
-  AException notFinite("Value has no SQL form, it is not a finite number: ");
-  notFinite << attribute.Name() << ". ";
-  throw notFinite;
-}
-
 // The value as a `Column`, when it is of that class and not of one derived from it, which might write itself otherwise.
 template <class Column>
 Column const* Exactly(ASData const& data) {
@@ -52,10 +47,7 @@ Column const* Exactly(ASData const& data) {
 }
 
 void CheckFinite(ASAttribute const& attribute, ASData const& data) {
-  int const type = data.GetType();
-  if (type != corvane::kTypeDouble && type != corvane::kTypeDCurrency) return;
-  auto const* const number = dynamic_cast<Double const*>(&data);
-  if (number != nullptr && !std::isfinite(static_cast<double>(*number))) ThrowNotFinite(attribute);
+  if (!corvane::internal::IsFinite(data)) corvane::internal::ThrowNotFinite(attribute.Name());
 }
 
 template <class Column, class Scalar>
@@ -170,7 +162,7 @@ void AppendGeometry(Str& out, ASAttribute const& attribute, ASData const& data) 
   for (std::size_t i = 0; i < points.count; ++i) {
     double const x = reader.Coordinate(points.offset + i * GeometryReader::kPoint);
     double const y = reader.Coordinate(points.offset + i * GeometryReader::kPoint + sizeof x);
-    if (!std::isfinite(x) || !std::isfinite(y)) ThrowNotFinite(attribute);
+    if (!std::isfinite(x) || !std::isfinite(y)) corvane::internal::ThrowNotFinite(attribute.Name());
     out << (i > 0 ? "," : "") << x << ' ' << y;
   }
   out << "))')";

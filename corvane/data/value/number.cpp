@@ -1,5 +1,7 @@
 #include "corvane/data/value/number.h"
 
+#include <cmath>
+
 namespace corvane {
 
 void Number::AppendTo(Str& out) const {
@@ -15,5 +17,7 @@ void Number::AppendTo(Str& out) const {
       return;
   }
 }
+
+bool Number::IsFinite() const { return kind_ != Kind::kReal || std::isfinite(real_); }
 
 }  // namespace corvane

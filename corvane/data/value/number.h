@@ -34,6 +34,8 @@ class CORVANE_API Number {
   /// Appends the number as Str's own `<<` writes it: integers (characters and truth values among them) in decimal,
   /// doubles with the fewest digits that read back as the same number.
   void AppendTo(Str& out) const;
+  /// False for a double that is infinite or no number.
+  bool IsFinite() const;
 
  private:
   enum class Kind { kSigned, kUnsigned, kReal };

@@ -462,6 +462,20 @@ TEST_F(Expression, ConstTemporariesAreKeptToo) {
   EXPECT_EQ(Text(sum), " ABS(o.total) +  ABS(o.total)");
 }
 
+// A column of an application that renders itself.
+struct Now : ASAttribute {
+  Str Query() const override { return "NOW()"; }
+};
+
+TEST_F(Expression, TemporariesThatRenderThemselvesAreKeptAsTheyRender) {
+  ASExpression const leaf = Now();
+  ASExpression const left = Now() + 1;
+  ASExpression const right = total - Now();
+  EXPECT_EQ(Text(leaf), "NOW()");
+  EXPECT_EQ(Text(left), "NOW() + '1'");
+  EXPECT_EQ(Text(right), "o.total - NOW()");
+}
+
 TEST_F(Expression, AKeptColumnBelongsToEveryCopy) {
   ASExpression target;
   {

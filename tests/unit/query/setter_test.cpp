@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -46,6 +48,54 @@ TEST_F(Setter, AssignsNullAsAKeyword) {
 }
 
 TEST_F(Setter, AssignsNothingFromAnEmptyExpression) { EXPECT_EQ(Text(total.Set(ASExpression())), "o.total = "); }
+
+class SetterOfNoNumber : public Setter {
+ protected:
+  std::string Refusal(ASExpression const& expression) const {
+    try {
+      return Text(total.Set(expression));
+    } catch (AException const& error) {
+      return error.what();
+    }
+  }
+
+  double const infinity = std::numeric_limits<double>::infinity();
+  char const* const refused = "Value has no SQL form, it is not a finite number: total. ";
+};
+
+// Servers in a lenient mode would store 0.
+TEST_F(SetterOfNoNumber, Throws) {
+  EXPECT_EQ(Refusal(std::nan("")), refused);
+  EXPECT_EQ(Refusal(infinity), refused);
+  EXPECT_EQ(Refusal(-infinity), refused);
+  EXPECT_EQ(Refusal(std::numeric_limits<float>::infinity()), refused);
+}
+
+TEST_F(SetterOfNoNumber, ThrowsForAValue) {
+  ASDouble number;
+  number = infinity;
+  EXPECT_EQ(Refusal(number), refused);
+  ASDCurrency amount;
+  amount = -infinity;
+  EXPECT_EQ(Refusal(amount), refused);
+}
+
+TEST_F(SetterOfNoNumber, ThrowsWhereverItStandsInTheExpression) {
+  EXPECT_EQ(Refusal(total + infinity), refused);
+  EXPECT_EQ(Refusal(ASExpression(infinity) + total), refused);
+  EXPECT_EQ(Refusal((total + infinity) * 2 - 1), refused);
+  EXPECT_EQ(Refusal(ASExpression(1) / (total + infinity)), refused);
+  ASExpression copy;
+  copy = total * infinity;
+  EXPECT_EQ(Refusal(ASExpression(copy)), refused);
+}
+
+TEST_F(SetterOfNoNumber, TakesTheTextOfOne) { EXPECT_EQ(Refusal("nan"), "o.total = 'nan'"); }
+
+TEST_F(SetterOfNoNumber, TakesNullAndTheLargestNumber) {
+  EXPECT_EQ(Refusal(ASDouble()), "o.total = NULL");
+  EXPECT_EQ(Refusal(1e300), "o.total = '1e+300'");
+}
 
 TEST_F(Setter, NamesTheTableOfItsColumn) {
   ASExpression const expression(c.idColumn);

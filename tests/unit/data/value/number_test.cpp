@@ -4,6 +4,7 @@
 
 #include <cfloat>
 #include <climits>
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <type_traits>
@@ -33,6 +34,15 @@ template <class T, class U>
 struct AreOtherNumbers<T, U, IfOtherNumbers<T, U, void>> : std::true_type {};
 
 enum Plain { kPlain };
+
+TEST(Number, IsFiniteUnlessItIsADoubleThatIsNot) {
+  EXPECT_TRUE(Number(5).IsFinite());
+  EXPECT_TRUE(Number(ULLONG_MAX).IsFinite());
+  EXPECT_TRUE(Number(DBL_MAX).IsFinite());
+  EXPECT_FALSE(Number(std::nan("")).IsFinite());
+  EXPECT_FALSE(Number(HUGE_VAL).IsFinite());
+  EXPECT_FALSE(Number(-HUGE_VALF).IsFinite());
+}
 
 TEST(Number, WritesIntegersInDecimal) {
   EXPECT_EQ(Text(0), "0");
@@ -95,6 +105,16 @@ TEST(Number, AppendsToANullText) {
   Str out;
   Number(5).AppendTo(out);
   EXPECT_EQ(out, "5");
+}
+
+TEST(Number, TellsWhetherItIsFinite) {
+  EXPECT_TRUE(Number(2.5).IsFinite());
+  EXPECT_TRUE(Number(DBL_MAX).IsFinite());
+  EXPECT_TRUE(Number(-1).IsFinite());
+  EXPECT_TRUE(Number(18446744073709551615ULL).IsFinite());
+  EXPECT_FALSE(Number(HUGE_VAL).IsFinite());
+  EXPECT_FALSE(Number(-HUGE_VALF).IsFinite());
+  EXPECT_FALSE(Number(std::nan("")).IsFinite());
 }
 
 TEST(Number, IsMadeOfNumbersAlone) {
