@@ -80,7 +80,7 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
 
   /// The record's Alias(), a dot and the name: "T140721.id"; the name alone without a record.
   Str Query() const override;
-  /// The name alone.
+  /// The name alone. References to name and label are valid until the column is assigned or destroyed.
   Str SimpleQuery() const { return names_->name; }
   Str const& Name() const { return names_->name; }
   Str const& Label() const { return names_->label; }

@@ -149,12 +149,18 @@ void ForEachValue(ASDomain const& record, Visit visit) {
 
 enum class Order { kLess, kEqual, kGreater };
 
-// Most keys are ASInts, whose NULL is the lowest number: these are compared as numbers.
+template <class Number>
+Order CompareNumbers(Number left, Number right) {
+  return left < right ? Order::kLess : left == right ? Order::kEqual : Order::kGreater;
+}
+
+// Most keys are integers. Their NULL is the lowest number, of an ASInt64 because a copy of it is.
 Order Compare(ASData const& left, ASData const& right) {
   if (typeid(left) == typeid(ASInt) && typeid(right) == typeid(ASInt)) {
-    int const number = static_cast<ASInt const&>(left);
-    int const other = static_cast<ASInt const&>(right);
-    return number < other ? Order::kLess : number == other ? Order::kEqual : Order::kGreater;
+    return CompareNumbers<int>(static_cast<ASInt const&>(left), static_cast<ASInt const&>(right));
+  }
+  if (typeid(left) == typeid(ASInt64) && typeid(right) == typeid(ASInt64)) {
+    return CompareNumbers<long>(static_cast<ASInt64 const&>(left), static_cast<ASInt64 const&>(right));
   }
   basic_type const& value = right;
   return left < value ? Order::kLess : left == value ? Order::kEqual : Order::kGreater;
@@ -284,7 +290,10 @@ bool ASDomain::operator<(ASDomain const& other) const {
 
 void ASDomain::CloneColumns(ASDomain const& other) {
   for (ASAttribute const* const attribute : other) {
-    if (attribute == nullptr) continue;
+    if (attribute == nullptr) {
+      push_back(nullptr);  // the others keep their places
+      continue;
+    }
     std::unique_ptr<ASAttribute> column(new ASAttribute(*attribute, attribute->IsKey()));
     auto value = attribute->Data() != nullptr ? Clone(*attribute->Data()) : nullptr;
     push_back(column.get());

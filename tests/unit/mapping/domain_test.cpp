@@ -236,9 +236,23 @@ TEST(Domain, AliasStaysWhenTheContentChanges) {
   EXPECT_EQ(record.Alias(), before);
 }
 
+TEST(Domain, AppendAliasAppendsBehindWhatIsThere) {
+  ASDomain const record("items", "");
+  Str text("SELECT ");
+  record.AppendAlias(text);
+  EXPECT_EQ(text, ("SELECT T" + std::to_string(reinterpret_cast<std::uintptr_t>(&record))).c_str());
+}
+
 TEST(Domain, QueryPutsTheNameBetweenPrefixAndSuffix) {
   ASDomain const record("items", "");
   EXPECT_EQ(record.Query("<", ">"), "<items> " + record.Alias());
+}
+
+TEST(Domain, AppendQueryAppendsBehindWhatIsThere) {
+  ASDomain const record("items", "");
+  Str text("FROM ");
+  record.AppendQuery(text, "<", ">");
+  EXPECT_EQ(text, "FROM <items> " + record.Alias());
 }
 
 TEST(Domain, QueryQuotesEachPartOfAQualifiedName) {
@@ -475,6 +489,14 @@ TEST(DomainOrder, PutsNullBeforeEveryValue) {
   EXPECT_FALSE(smallest < null);
 }
 
+// Whose copy holds the lowest number: it must be found by the original.
+TEST(DomainOrder, PutsANullInt64WhereItsCopyIs) {
+  Single<ASInt64> const null;
+  ASDomain const copy(null);
+  EXPECT_FALSE(null < copy);
+  EXPECT_FALSE(copy < null);
+}
+
 TEST(DomainOrder, PutsNullTextsBeforeEmptyOnes) {
   Single<ASVStr> const null(4U);
   Single<ASVStr> empty(4U);
@@ -655,6 +677,16 @@ TEST(DomainCopy, HoldsNullInts) {
 }
 
 // The store of a cache knows times by their number only.
+TEST(Domain, CloneKeepsThePlacesOfEntriesThatAreNoColumns) {
+  WithGap record;
+  *std::next(record.begin()) = nullptr;
+  record.last = 5;
+  ASDomain const copy(record);
+  ASSERT_EQ(copy.size(), 3U);
+  EXPECT_EQ(*std::next(copy.begin()), nullptr);
+  EXPECT_EQ(copy.back()->Data()->getstr(), "5");
+}
+
 TEST(Domain, CloneTurnsTimesIntoInts) {
   Single<ASTime> const record(1088689500);
   ASDomain const copy(record);
