@@ -6,6 +6,8 @@
 #include "corvane/cache/map_buffer.h"
 #include "corvane/cursor/cell.h"
 #include "corvane/cursor/cursor.h"
+#include "corvane/cursor/deleter.h"
+#include "corvane/cursor/updater.h"
 #include "corvane/data/blob.h"
 #include "corvane/data/data.h"
 #include "corvane/data/dcurrency.h"

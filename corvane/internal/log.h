@@ -8,7 +8,14 @@ namespace corvane::internal {
 /// A line is written when the session's debug level is above these.
 constexpr int kLogFailures = 0;
 constexpr int kLogStatements = 1;
+constexpr int kLogCommands = 2;
 constexpr int kLogNotices = 4;
+
+/// An address as the standard streams write it, "0x7ffd10"; a null pointer is "0".
+struct Pointer {
+  void const* address;
+};
+Str& operator<<(Str& out, Pointer pointer);
 
 /// Writes the text to the standard error stream in one piece.
 void WriteLog(Str const& text);

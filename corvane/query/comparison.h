@@ -40,7 +40,7 @@ class CORVANE_API ASComparison {
   ASComparison operator||(ASComparison const& other) &&;
   ASComparison operator||(ASComparison const& other) const&;
   /// " NOT (this) ", a new condition which names no record type and has no outer joins: combine it with one that does.
-  /// An ASDeleter whose whole condition is a negation deletes EVERY ROW of its table; write
+  /// AN ASDELETER WHOSE WHOLE CONDITION IS A NEGATION DROPS IT AND DELETES EVERY ROW OF ITS TABLE; write
   /// `a.IsNotNull() && !(a == 3)`.
   ASComparison operator!() const;
 

@@ -1,5 +1,7 @@
 #include "corvane/query/filter.h"
 
+#include <utility>
+
 #include "corvane/mapping/attribute.h"
 #include "corvane/query/comparison.h"
 #include "corvane/query/group_comparison.h"
@@ -27,6 +29,15 @@ ASFilter& ASFilter::operator=(ASFilter const& other) {
   where_ = other.where_;
   having_ = other.having_;
   return *this;
+}
+
+void ASFilter::CopyWhole(ASFilter const& other) {
+  ASFilter copy(other);
+  std::swap(where_, copy.where_);
+  std::swap(having_, copy.having_);
+  std::swap(hint_, copy.hint_);
+  projection_.Swap(copy.projection_);
+  groupProjection_.Swap(copy.groupProjection_);
 }
 
 ASProject& ASFilter::DistinctProject() {

@@ -60,6 +60,14 @@ class CORVANE_API ASFilter {
   /// something to say.
   virtual Str Query() const;
 
+ protected:
+  /// " WHERE ..." and what ConnectBy() wrote behind it, for the statements of derived classes; null without a
+  /// condition.
+  Str const& Condition() const { return where_; }
+  Str& ConditionForUpdate() { return where_; }
+  /// Takes over all of the other filter, its outer joins too, which assigning would lose.
+  void CopyWhole(ASFilter const& other);
+
  private:
   void Merge(ASComparison const& condition);
 
