@@ -48,6 +48,7 @@
 #include "corvane/query/setter.h"
 #include "corvane/session/ardbms.h"
 #include "corvane/session/mysql_fwd.h"
+#include "corvane/session/sequence.h"
 #include "corvane/session/tcp_socket.h"
 
 #endif

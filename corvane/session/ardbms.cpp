@@ -332,11 +332,19 @@ void ASSession::DropUntaken() {
   corvane::internal::ResultPtr const dropped(mysql_store_result(mainHandle_));
 }
 
-void ASSession::ExecuteSeq(Str const& statement) {
-  while (true) {
+void ASSession::ExecuteSeq(Str const& statement) { ReopensForSeq(statement); }
+
+void ASSession::CheckSequence(ASSession const* session) {
+  if (session == nullptr || session->sequenceHandle_ == nullptr) {
+    throw AException("Sequence connection is not established. ");
+  }
+}
+
+bool ASSession::ReopensForSeq(Str const& statement) {
+  for (bool reopened = false;; reopened = true) {
     LogStatement(debugLevel_, Address(), statement);
-    if (sequenceHandle_ == nullptr) throw AException("Sequence connection is not established. ");
-    if (Run(sequenceHandle_, statement)) return;
+    CheckSequence(this);
+    if (Run(sequenceHandle_, statement)) return reopened;
     ClientError const error(sequenceHandle_);
     LogFailure(debugLevel_, Address(), error, statement);
     if (!IsConnectionLost(error.number)) throw Refused(0, sequenceHandle_, statement);

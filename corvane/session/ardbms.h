@@ -36,8 +36,9 @@ class ASDomain;
 ///
 /// Diagnostics go to the standard error stream: at debug level 1 and above failures and the statements of Insert(),
 /// Update(), Delete() and Select(); at 2 and above every statement, the parameters (the password among them) and
-/// disconnects; at 5 and above autocommit and sequence-connection notices. A control connection that fails is reported
-/// at every level, one that closes without answering at 2 and above.
+/// disconnects; at 3 and above the commands of caches with their values; at 5 and above autocommit and
+/// sequence-connection notices. A control connection that fails is reported at every level, one that closes without
+/// answering at 2 and above.
 ///
 /// A session and all that uses it belong to one thread at a time. Every failure is an AException unless said otherwise.
 /// With the exit flag set, a main connection that cannot be opened and a database connection that is lost end the
@@ -154,6 +155,7 @@ class CORVANE_API ASSession {
 
  private:
   friend class ASCursor;
+  friend class ASSequence;
 
   // For a statement of a cursor's which has just been executed: FetchMultiple() may take its result, and nobody need.
   // It is dropped before the next statement is sent. Of several results the first one is kept, and the others are
@@ -170,6 +172,10 @@ class CORVANE_API ASSession {
   bool ConnectSequence();
   void CloseDatabase();
   bool Send(Str const& statement);
+  // Runs a statement on the sequence connection, as ExecuteSeq() says, and returns whether that had to be reopened.
+  bool ReopensForSeq(Str const& statement);
+  // Throws when there is no sequence connection; `session` may be null.
+  static void CheckSequence(ASSession const* session);
   bool ParameterIs(char const* key, char const* lowerCase);
   unsigned long Address() const;
 
