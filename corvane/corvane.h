@@ -3,7 +3,11 @@
 
 /// The whole public interface.
 
+#include "corvane/cache/cache.h"
+#include "corvane/cache/insertable_cache.h"
 #include "corvane/cache/map_buffer.h"
+#include "corvane/cache/simple_cache.h"
+#include "corvane/cache/updatable_cache.h"
 #include "corvane/cursor/cell.h"
 #include "corvane/cursor/cursor.h"
 #include "corvane/cursor/deleter.h"

@@ -1,0 +1,37 @@
+#ifndef CORVANE_CACHE_UPDATABLE_CACHE_H
+#define CORVANE_CACHE_UPDATABLE_CACHE_H
+
+#include "corvane/cache/simple_cache.h"
+
+/// A cache whose records can be changed. Every change goes to the database at once.
+///
+///     countries.code = "NZ";
+///     countries.Get(-1);
+///     countries.name = "Aotearoa New Zealand";
+///     countries.Put();
+///
+/// With the save-first switch (the constructor's `n` other than 0) the row as it is in the table is copied to the
+/// archive table, the table's name with "Arc" behind it, by ASSession::SaveQuery(), before this cache changes it for
+/// the first time since Clear(). That statement does not escape keys: never with keys of untrusted text. WHATEVER IT
+/// REPORTS IS IGNORED, the loss of the connection included: without autocommit the transaction so far is lost then, and
+/// the change runs alone on the new connection.
+///
+/// The order of the virtual functions is binary contract.
+class CORVANE_API ASUpdatableCache : public virtual ASSimpleCache {
+ public:
+  ASUpdatableCache();
+  /// Also gives session and switch to an ASSimpleCache that was constructed without: derived classes need not name it.
+  ASUpdatableCache(ASSession* session, int n);
+  ASUpdatableCache(ASUpdatableCache const&) = delete;
+  ASUpdatableCache& operator=(ASUpdatableCache const&) = delete;
+  ~ASUpdatableCache() override;
+
+  /// Writes this record by ASSession::UpdateQuery() and remembers it in place of the stored one with its key; while
+  /// remembering is off, that one is only dropped. WITHOUT KEY COLUMNS EVERY ROW IS CHANGED. A row that does not exist
+  /// is not an error: nothing is changed then, and the record is remembered all the same. Throws "Internal Error:
+  /// Attempt to change data in const transaction. " in read-only mode, before anything is logged or sent, and what
+  /// ASSession::Execute() throws; the store is unchanged then.
+  virtual void Put();
+};
+
+#endif
