@@ -1,5 +1,6 @@
 #include "corvane/cursor/cursor.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 #include <utility>
@@ -236,4 +237,31 @@ void ASCursor::Close() {
   rowCount_ = 0;
 }
 
-void ASCursor::SetRecord(ASDomain* owned) { record_.reset(owned); }
+void ASCursor::OpenWithRecord() {
+  if (IsOpen() || record_ == nullptr) return Open(0, 0);
+  Guarded([this] {
+    auto& items = Project().items_;
+    auto before = items;
+    try {
+      for (ASAttribute* const attribute : *record_) {
+        bool const listed = std::find(items.begin(), items.end(), attribute) != items.end();
+        if (attribute != nullptr && !listed) items.push_back(attribute);
+      }
+      Open(0, 0);
+    } catch (...) {
+      items.swap(before);
+      throw;
+    }
+  });
+}
+
+void ASCursor::SetRecord(ASDomain* owned) {
+  if (owned == record_.get()) return;
+  if (record_ != nullptr) {
+    Close();
+    currentRow_ = 0;
+    for (ASAttribute* const attribute : *record_) Project().items_.remove(attribute);
+    Project().domains_.remove(record_.get());
+  }
+  record_.reset(owned);
+}

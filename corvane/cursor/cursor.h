@@ -125,8 +125,14 @@ class CORVANE_API ASCursor : public virtual ASFilter {
   MapBuffer* Detach();
 
  protected:
-  /// Gives the cursor a record to own: deleted with the cursor, or by the next call.
+  /// Gives the cursor a record to own: deleted with the cursor, or by the next call with another one, which may be a
+  /// null pointer. The cursor is closed then, and lists the columns of the record before no more; nothing else that
+  /// was made of those, like a condition, may be used any longer.
   void SetRecord(ASDomain* owned);
+  /// Open() with the columns of the owned record listed behind the projected ones, but not written into the select
+  /// list: they are read into from where those end. Those that are listed already, or a missing record, add nothing.
+  /// When opening fails, the projection is as before.
+  void OpenWithRecord();
 
  private:
   // Of the raw text: Open() may execute it; it has been executed as often as it may be, and has no rows; it has failed.

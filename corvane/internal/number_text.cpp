@@ -48,6 +48,12 @@ std::size_t WriteNumber(char* to, double number) {
   return static_cast<std::size_t>(std::to_chars(to, to + kNumberRoom, number, format).ptr - to);
 }
 
+std::size_t WriteFixed(char* to, double number) {
+  constexpr int kDecimals = 6;
+  return static_cast<std::size_t>(std::to_chars(to, to + kFixedRoom, number, std::chars_format::fixed, kDecimals).ptr -
+                                  to);
+}
+
 long long ParseInteger(char const* text) {
   constexpr long long kMax = std::numeric_limits<long long>::max();
   char const* digits = *text == '-' ? text + 1 : text;

@@ -15,6 +15,10 @@ std::size_t WriteNumber(char* to, unsigned long long number);
 /// exponent outside; "nan" and "inf" for what is no number. Never dependent on the locale.
 std::size_t WriteNumber(char* to, double number);
 
+/// "%f" of the "C" locale: six decimals. At most kFixedRoom characters.
+std::size_t WriteFixed(char* to, double number);
+constexpr std::size_t kFixedRoom = 320;  // a sign, 309 digits, a point, six decimals
+
 /// A digit of the "C" locale.
 constexpr bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') <= 9; }
 

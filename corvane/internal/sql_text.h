@@ -14,6 +14,9 @@ constexpr char const* kIsNotNull = " IS NOT NULL";
 constexpr char const* kIn = " IN (";
 constexpr char const* kNotIn = " NOT IN (";
 constexpr char const* kLike = " LIKE ";
+constexpr char const* kBetween = " BETWEEN ";
+constexpr char const* kAscending = " ASC";
+constexpr char const* kDescending = " DESC";
 
 /// The operators.
 constexpr char const* Word(Relation relation) {

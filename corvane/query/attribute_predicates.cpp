@@ -36,7 +36,7 @@ void AppendBound(Str& out, basic_type const& bound) { AppendBound(out, bound.get
 template <class Low, class High>
 ASComparison BetweenBounds(ASAttribute const& a, Low const& low, High const& high) {
   Str text = a.Query();
-  text << " BETWEEN ";
+  text << sql::kBetween;
   AppendBound(text, low);
   text << sql::kAnd;
   AppendBound(text, high);

@@ -4,12 +4,11 @@
 #include "corvane/mapping/attribute.h"
 #include "corvane/query/group_attribute.h"
 
+using corvane::internal::sql::kAscending;
+using corvane::internal::sql::kDescending;
 using corvane::internal::sql::kSeparator;
 
 namespace {
-
-constexpr char const* kAscending = " ASC";
-constexpr char const* kDescending = " DESC";
 
 // `start`, the column and its direction.
 Str Directed(Str start, ASSimpleAttribute const& column, char const* direction) {

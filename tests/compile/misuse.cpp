@@ -88,6 +88,32 @@ void Use(ASSession& session, ASStr& text, ASInt& number, ASTime& time, Str& name
   MapBuffer const copy(rows);
 #elif MISUSE == 31  // a session is no filter
   ASFilter().Where(session);
+#elif MISUSE == 32  // caches are not copied
+  ASCache const cache(&session, 0);
+  ASCache const copy(cache);
+#elif MISUSE == 33
+  ASSimpleCache cache(&session, 0);
+  cache = cache;
+#elif MISUSE == 34  // a record is no assignment
+  ASUpdater const updater(record);
+#elif MISUSE == 35  // nor one that a statement begins with by itself
+  ASAttribute const attribute("a");
+  ASUpdater const updater = attribute.Set(1);
+#elif MISUSE == 36  // a deleter needs its record
+  ASDeleter const deleter;
+#elif MISUSE == 37  // a number before a code would be BETWEEN
+  ORDBMS::old_filter().Set("a", 1, ORDBMS::EQUAL);
+#elif MISUSE == 38
+  ORDBMS::old_filter().And("a", 0, ORDBMS::LESS);
+#elif MISUSE == 39
+  ORDBMS::old_filter().Or("a", 2.5, ORDBMS::LESS);
+#elif MISUSE == 40  // a code of one kind is none of another
+  ORDBMS::old_cursor().orderby("a", ORDBMS::EQUAL);
+#elif MISUSE == 41
+  ORDBMS::old_filter().Set("a", "b", ORDBMS::IS_NULL);
+#elif MISUSE == 42
+  ORDBMS::old_cursor const cursor;
+  ORDBMS::old_cursor const copy(cursor);
 #else
 #error "no such misuse"
 #endif

@@ -430,6 +430,97 @@ void Queries() {
   CHECK(p(ASOrder(p.id.Query()) - p.name) == "a.id, a.name DESC" && p(ASOrder("1") << "2") == "1, 2");
 }
 
+struct ItemCache : ASCache {
+  explicit ItemCache(ASSession* session) : ASDomain("item", "Item"), ASCache(session, 1) {
+    Add(idColumn, id).Add(nameColumn, name);
+  }
+  ASInt id;
+  ASVStr name{40};
+  ASAttribute idColumn{"id", "Id", 0, corvane::kKey};
+  ASAttribute nameColumn{"name"};
+};
+
+// Derived further, and naming both bases.
+struct SmallCache : ItemCache {
+  explicit SmallCache(ASSession* session) : ASDomain("small", ""), ASSimpleCache(session, 0), ItemCache(session) {}
+  void Get(int index) override { ItemCache::Get(index); }
+  using ItemCache::Get;
+};
+
+[[maybe_unused]] void Caches(ASSession& session) {
+  ItemCache items(&session);
+  items.id = 1;
+  items.Get(-1);
+  items.Get(items);
+  items.name = "x";
+  items.Put();
+  items.Insert();
+  InsertItem("x", items);
+  InsertItem(Str("x"), items);
+  items.Delete();
+  items.CacheOn().PreFetch();
+  items.CacheOff();
+  items.ReadOnlyGet();
+  items.ReadOnlyGet(0);
+  std::cout << items.Size() << items.size();
+  SmallCache small(&session);
+  ASDomain& record = small;
+  small.Get(record);
+  session.Insert(record);
+  ASDomain const copy(items);
+  items.Clear();
+  std::unique_ptr<ASSimpleCache> const base = std::make_unique<ItemCache>(&session);
+  base->Clear();
+}
+
+[[maybe_unused]] void Changes(ASSession& session) {
+  Item item;
+  ASUpdater updater(item.nameColumn.Set("x"));
+  updater << item.idColumn.Set(item.idColumn + 1) << item.nameColumn.Set(std::string("y"));
+  updater.Where(item.idColumn > 5).Where(item.idColumn == 3);
+  unsigned long const changed = updater.Execute(&session);
+  ASUpdater const again = updater;
+  ASDeleter deleter(item);
+  deleter.Where(item.idColumn == 3 && item.nameColumn != "z");
+  std::cout << changed << deleter.Execute(&session) << again.Query() << deleter.Query();
+  ASSequence numbers(&session, "numbers");
+  ASSequence others(&session, Str("others"));
+  int const next = numbers.getNext();
+  std::cout << next << others.getNext();
+}
+
+[[maybe_unused]] void OlderQueries(ASSession& session) {
+  using namespace ORDBMS;
+  Str const table("item");
+  Int value(5);
+  ASVStr text(5);
+  old_filter filter;
+  filter.Join(table);
+  filter.Join("other");
+  filter.Project("id").Project(Str("name")).Distinct(0);
+  filter.Set("id", "5", EQUAL).And(Str("id"), Str("5"), NOT_EQUAL).Or(std::string("id"), std::string("5"), LESS);
+  filter.And("id", &value, GREATER).Or("name", &text, GREATER_EQUAL).And("id", nullptr, LESS_EQUAL);
+  filter.And("id", IS_NULL).Or("id", IS_NOT_NULL).And("id", 1, 5).Or("price", 1.5, 2.5);
+  old_cursor cursor(&session);
+  cursor << &filter;
+  cursor.orderby("id", ASCENDING);
+  cursor.orderby(1, DESCENDING);
+  cursor.SetRecord(new Item);
+  cursor.Open(&session);
+  cursor.Open();
+  Rdbms::SetSession(&session);
+  Item found;
+  while (Rdbms::OpenCursor(cursor) != 0 && Rdbms::Fetch(cursor) != 0) {
+    Rdbms::GetField(cursor, found.name);
+    Rdbms::GetField(cursor, value, "id");
+    Rdbms::GetField(cursor, found.id, "id");
+  }
+  std::cout << Rdbms::CursorBulk(cursor) << Rdbms::CloseCursor(cursor) << Rdbms::Simplify("order date");
+  std::cout << comp_string[LESS] << null_comp_string[IS_NULL] << order_string[DESCENDING];
+  field_name const field(1, "id");
+  std::cout << field << field.Position() << Rdbms::session->DebugLevel();
+}
+
 // Never called: no server is needed for these to compile.
 [[maybe_unused]] void Cursors(ASSession& session, ASFilter const& filter, std::string const& sql) {
   Pair p;

@@ -18,10 +18,12 @@
 
 namespace {
 
+using corvane::internal::kFixedRoom;
 using corvane::internal::kNumberRoom;
 using corvane::internal::ParseDouble;
 using corvane::internal::ParseInteger;
 using corvane::internal::TruncateToInt;
+using corvane::internal::WriteFixed;
 using corvane::internal::WriteNumber;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -31,6 +33,11 @@ template <class Number>
 std::string Written(Number number) {
   char room[kNumberRoom];
   return std::string(room, WriteNumber(room, number));
+}
+
+std::string Fixed(double number) {
+  char room[kFixedRoom];
+  return std::string(room, WriteFixed(room, number));
 }
 
 // What the C library reads in the "C" locale, whatever the locale in force.
@@ -286,6 +293,72 @@ TEST(NumberText, WritesDoublesThatReadBack) { WriteDoublesThatReadBack(); }
 TEST(NumberText, WritesPlainDoublesThatReadBack) { WritePlainDoublesThatReadBack(); }
 
 TEST(NumberText, WritesIntegersThatReadBack) { WriteIntegersThatReadBack(); }
+
+// WriteFixed
+
+TEST(NumberText, WritesSixDecimals) {
+  EXPECT_EQ(Fixed(0.0), "0.000000");
+  EXPECT_EQ(Fixed(1.0), "1.000000");
+  EXPECT_EQ(Fixed(1.5), "1.500000");
+  EXPECT_EQ(Fixed(1234567.891), "1234567.891000");
+  EXPECT_EQ(Fixed(1e17), "100000000000000000.000000");
+}
+
+TEST(NumberText, WritesTheSignOfNegativeFixedNumbers) {
+  EXPECT_EQ(Fixed(-1.5), "-1.500000");
+  EXPECT_EQ(Fixed(-0.25), "-0.250000");
+  EXPECT_EQ(Fixed(-1e-7), "-0.000000");
+  EXPECT_EQ(Fixed(-0.0), "-0.000000");
+}
+
+TEST(NumberText, RoundsToSixDecimals) {
+  EXPECT_EQ(Fixed(0.1 + 0.2), "0.300000");
+  EXPECT_EQ(Fixed(2.0 / 3.0), "0.666667");
+  EXPECT_EQ(Fixed(1.0000004), "1.000000");
+  EXPECT_EQ(Fixed(1.0000006), "1.000001");
+  EXPECT_EQ(Fixed(0.9999999), "1.000000");
+  EXPECT_EQ(Fixed(-99.9999999), "-100.000000");
+  EXPECT_EQ(Fixed(1e-7), "0.000000");
+  EXPECT_EQ(Fixed(5e-324), "0.000000");
+}
+
+TEST(NumberText, RoundsFixedTiesToTheEvenDecimal) {
+  EXPECT_EQ(Fixed(0.0078125), "0.007812");
+  EXPECT_EQ(Fixed(0.0234375), "0.023438");
+}
+
+TEST(NumberText, WritesTheLargestFixedNumbersInFull) {
+  std::string const largest =
+      "1797693134862315708145274237317043567980705675258449965989174768031572607800285387605895586327668781"
+      "7154045895351438246423432132688946418276846754670353751698604991057655128207624549009038932894407586"
+      "8508455133942304583236903222948165808559332123348274797826204144723168738177180919299881250404026184"
+      "124858368.000000";
+  EXPECT_EQ(Fixed(std::numeric_limits<double>::max()), largest);
+  EXPECT_EQ(Fixed(std::numeric_limits<double>::lowest()), "-" + largest);
+}
+
+TEST(NumberText, WritesWordsForWhatIsNoFixedNumber) {
+  EXPECT_EQ(Fixed(kInfinity), "inf");
+  EXPECT_EQ(Fixed(-kInfinity), "-inf");
+  EXPECT_EQ(Fixed(std::fabs(std::numeric_limits<double>::quiet_NaN())), "nan");
+}
+
+TEST(NumberText, WritesNoTerminatorBehindFixedNumbers) {
+  char room[kFixedRoom];
+  std::memset(room, '#', sizeof room);
+  EXPECT_EQ(WriteFixed(room, 1.5), 8U);
+  EXPECT_EQ(std::string(room, 9), "1.500000#");
+}
+
+TEST(NumberText, WritesFixedNumbersAsTheCLibraryDoes) {
+  Random random;
+  for (int i = 0; i < 20000; ++i) {
+    double const number = i % 2 == 0 ? AnyFinite(random) : AnyPlain(random);
+    char expected[kFixedRoom + 1];
+    std::snprintf(expected, sizeof expected, "%f", number);
+    ASSERT_EQ(Fixed(number), expected);
+  }
+}
 
 // ParseInteger
 
