@@ -43,22 +43,27 @@ Handle Connect() {
   return handle;
 }
 
-Sale::Sale() : ASDomain("sale", "Sale") {
-  Add(idColumn, id).Add(quantityColumn, quantity).Add(customerColumn, customer).Add(weightColumn, weight);
-  Add(priceColumn, price).Add(soldColumn, sold).Add(codeColumn, code).Add(nameColumn, name);
-  Add(noteColumn, note).Add(ticketColumn, ticket);
+void SaleColumns::AddTo(ASDomain& record) {
+  record.Add(idColumn, id).Add(quantityColumn, quantity).Add(customerColumn, customer).Add(weightColumn, weight);
+  record.Add(priceColumn, price).Add(soldColumn, sold).Add(codeColumn, code).Add(nameColumn, name);
+  record.Add(noteColumn, note).Add(ticketColumn, ticket);
 }
 
-void MakeSales(MYSQL* handle, int rows) {
-  Run(handle, "DROP TABLE IF EXISTS sale");
+Sale::Sale() : ASDomain("sale", "Sale") { AddTo(*this); }
+
+void MakeSales(MYSQL* handle, int rows, std::string const& table) {
+  Run(handle, "DROP TABLE IF EXISTS " + table);
   Run(handle,
-      "CREATE TABLE sale (id INT PRIMARY KEY, quantity INT, customer BIGINT, weight DOUBLE, price DECIMAL(10,2), "
-      "sold DATETIME, code CHAR(8), name VARCHAR(40), note VARCHAR(80), ticket CHAR(36)) CHARACTER SET latin1");
+      "CREATE TABLE " + table +
+          " (id INT PRIMARY KEY, quantity INT, customer BIGINT, weight DOUBLE, price DECIMAL(10,2), "
+          "sold DATETIME, code CHAR(8), name VARCHAR(40), note VARCHAR(80), ticket CHAR(36)) CHARACTER SET latin1");
   Run(handle,
-      "INSERT INTO sale SELECT seq, seq % 97, 9007199254740993 + seq, seq / 7, seq % 10000 / 100, "
-      "'2004-07-01 13:45:00' + INTERVAL seq MINUTE, LPAD(HEX(seq % 65536), 6, 'x'), CONCAT('Customer number ', seq), "
-      "IF(seq % 3 = 0, NULL, REPEAT('note ', 1 + seq % 12)), INSERT(INSERT(INSERT(INSERT(MD5(seq), 9, 0, '-'), "
-      "14, 0, '-'), 19, 0, '-'), 24, 0, '-') FROM seq_1_to_" +
+      "INSERT INTO " + table +
+          " SELECT seq, seq % 97, 9007199254740993 + seq, seq / 7, seq % 10000 / 100, "
+          "'2004-07-01 13:45:00' + INTERVAL seq MINUTE, LPAD(HEX(seq % 65536), 6, 'x'), CONCAT('Customer number ', "
+          "seq), "
+          "IF(seq % 3 = 0, NULL, REPEAT('note ', 1 + seq % 12)), INSERT(INSERT(INSERT(INSERT(MD5(seq), 9, 0, '-'), "
+          "14, 0, '-'), 19, 0, '-'), 24, 0, '-') FROM seq_1_to_" +
           std::to_string(rows));
 }
 

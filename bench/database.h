@@ -20,8 +20,8 @@ struct CloseHandle {
 using Handle = std::unique_ptr<MYSQL, CloseHandle>;
 Handle Connect();
 
-/// One row of the table `sale`: ten columns of mixed types, some of them NULL.
-struct Sale : ASDomain {
+/// Ten columns of mixed types, some of them NULL.
+struct SaleColumns {
   ASInt id, quantity;
   ASInt64 customer;
   ASDouble weight;
@@ -42,13 +42,18 @@ struct Sale : ASDomain {
   ASAttribute noteColumn{"note"};
   ASAttribute ticketColumn{"ticket"};
 
+  void AddTo(ASDomain& record);
+};
+
+/// One row of the table `sale`.
+struct Sale : ASDomain, SaleColumns {
   Sale();
   Sale(Sale const&) = delete;
   Sale& operator=(Sale const&) = delete;
 };
 
-/// Makes that table, with `rows` rows.
-void MakeSales(MYSQL* handle, int rows);
+/// A table of such rows, their ids counted from 1; one that is there is replaced.
+void MakeSales(MYSQL* handle, int rows, std::string const& table = "sale");
 
 /// How many rows are read: CORVANE_BENCH_ROWS, or 100,000.
 int Rows();
