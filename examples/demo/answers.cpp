@@ -128,4 +128,21 @@ std::vector<Row> Areas(TimeZoneData const& data, std::size_t limit) {
   return First(limit, rows);
 }
 
+std::vector<Row> LongitudesEastwards(TimeZoneData const& data) {
+  std::vector<Row> rows;
+  rows.reserve(data.zones.size());
+  for (ZoneLine const& zone : data.zones) {
+    rows.push_back({zone.name, zone.longitude < 0 ? zone.longitude + 360 : zone.longitude});
+  }
+  return rows;
+}
+
+std::vector<Row> NorthernLinks(TimeZoneData const& data) {
+  std::vector<Row> rows;
+  for (Link const& link : Links(data)) {
+    if (!(link.zone->latitude < 0)) rows.push_back({link.zone->name, link.code});
+  }
+  return rows;
+}
+
 }  // namespace demo

@@ -9,7 +9,7 @@
 #include "tzdata.h"
 
 // The answers to the demo's questions, found in the files without any database. Each function gives the rows that the
-// question of the same name must give, `limit` at most.
+// server must give, `limit` at most.
 namespace demo {
 
 /// Country, zone and latitude of the zones north of a latitude, from north to south.
@@ -32,6 +32,12 @@ std::vector<Row> CountriesNorthOrEastOf(TimeZoneData const& data, double latitud
 
 /// The areas, which are what the zones' names begin with; for each how many zones it has, and how many with a comment.
 std::vector<Row> Areas(TimeZoneData const& data, std::size_t limit);
+
+/// Name and longitude of all zones, in their order, the longitudes counted eastwards from 0 to 360.
+std::vector<Row> LongitudesEastwards(TimeZoneData const& data);
+
+/// Zone and country code of all links but those of zones south of the equator, in the order of the zones.
+std::vector<Row> NorthernLinks(TimeZoneData const& data);
 
 }  // namespace demo
 

@@ -1,5 +1,6 @@
 #include "database.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <stdexcept>
@@ -31,6 +32,12 @@ std::string OneLine(std::string const& text) {
   return line;
 }
 
+// Lets the sequence connections go to the server's port. No session can give it to them: the client library takes it
+// from here when the first session is opened.
+void SetSequencePort(std::string const& port) {
+  if (!port.empty()) setenv("MYSQL_TCP_PORT", port.c_str(), 1);
+}
+
 bool StartsWith(std::string const& text, std::string const& start) { return text.compare(0, start.size(), start) == 0; }
 
 }  // namespace
@@ -38,6 +45,12 @@ bool StartsWith(std::string const& text, std::string const& start) { return text
 Target Target::FromConnectionString(std::string const& text) {
   Target target;
   target.connectionString_ = text;
+  std::size_t const slash = text.find('/', text.find('@'));
+  if (slash != std::string::npos && text.find('/', slash + 1) == std::string::npos) {
+    std::string const host = text.substr(slash, text.find(':', slash) - slash);
+    target.connectionString_.insert(slash, host);  // the host for sequences
+    SetSequencePort(text.substr(std::min(slash + host.size() + 1, text.size())));
+  }
   target.shown_ = text.substr(0, text.find(':')) + text.substr(text.find('@'));
   return target;
 }
@@ -50,8 +63,9 @@ Target Target::FromEnvironment() {
       {"UserName", Environment("CORVANE_TEST_USER")},
       {"Password", Environment("CORVANE_TEST_PASSWORD")},
       {"Database", Environment("CORVANE_TEST_DATABASE")},
-      {"EmulateSequences", "no"},  // one connection is enough: the demo uses no sequence
+      {"EmulateSequences", "no"},  // one connection is enough for most sessions
   };
+  SetSequencePort(target.parameters_["Port"]);
   target.shown_ = target.parameters_["UserName"] + "@" + target.parameters_["Database"] + "/" +
                   target.parameters_["Host"] + ":" + target.parameters_["Port"];
   return target;
@@ -62,6 +76,13 @@ ASSession Target::Open() const {
   constexpr bool exitOnError = false;  // throw instead
   if (!connectionString_.empty()) return ASSession(connectionString_, silent, exitOnError);
   return ASSession(parameters_, silent, exitOnError);
+}
+
+ASSession Target::OpenWithSequences() const {
+  Target withSequences = *this;
+  withSequences.parameters_["EmulateSequences"] = "yes";
+  withSequences.parameters_["SequenceHost"] = withSequences.parameters_["Host"];
+  return withSequences.Open();
 }
 
 long SelectNumber(ASSession& session, Str const& statement) {

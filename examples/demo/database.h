@@ -19,6 +19,8 @@ class Target {
 
   /// A new session, with autocommit off.
   ASSession Open() const;
+  /// The same for one that gives numbers from sequences, too, by a second connection of its own.
+  ASSession OpenWithSequences() const;
   /// "user@database/host:port": without the password.
   std::string const& Shown() const { return shown_; }
 

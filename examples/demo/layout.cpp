@@ -12,8 +12,8 @@ constexpr std::size_t kWidth = 88;
 constexpr std::size_t kIndentation = 2;
 
 constexpr std::string_view kUnion = "UNION ";
-constexpr std::string_view kClauses[] = {"FROM ",   "LEFT JOIN ", "WHERE ", "GROUP BY ",
-                                         "HAVING ", "ORDER BY ",  "LIMIT ", kUnion};
+constexpr std::string_view kClauses[] = {"SET ",      "USING ",  "FROM ",     "LEFT JOIN ", "WHERE ",
+                                         "GROUP BY ", "HAVING ", "ORDER BY ", "LIMIT ",     kUnion};
 
 bool StartsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
 
@@ -32,6 +32,8 @@ std::size_t EndOfQuoted(std::string_view text, std::size_t from) {
 }  // namespace
 
 std::string Rows(unsigned long count) { return std::to_string(count) + (count == 1 ? " row" : " rows"); }
+
+std::string Quoted(Str const& text) { return text.IsNull() != 0 ? "NULL" : "'" + text.ToString() + "'"; }
 
 std::vector<std::string> Wrapped(std::string const& text, std::size_t indentation) {
   std::vector<std::string> lines;
@@ -66,7 +68,7 @@ std::vector<std::string> BrokenIntoClauses(std::string const& statement) {
       at = end - 1;
       continue;
     }
-    if (c == ' ' && StartsWithClause(text.substr(at + 1))) {
+    if (c == ' ' && line != "DELETE" && StartsWithClause(text.substr(at + 1))) {
       endLine();
       bool const isUnion = StartsWith(text.substr(at + 1), kUnion);
       line = std::string(indentation + (isUnion ? 0 : kIndentation), ' ');

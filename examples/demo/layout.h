@@ -5,11 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "corvane/data/value/str.h"
+
 // How texts are laid out for a reader.
 namespace demo {
 
 /// "1 row", "3 rows".
 std::string Rows(unsigned long count);
+
+/// "'Andorra'", "NULL".
+std::string Quoted(Str const& text);
 
 /// The text broken at blanks into lines of at most 88 bytes, as far as it has blanks; all but the first begin with
 /// `indentation` blanks. There is always a line.

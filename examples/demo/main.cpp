@@ -28,8 +28,8 @@ library does: each call, the SQL it became, and what came back.
   --pause       wait for Enter before each step
   --help        this text
 
-It makes the tables tz_country, tz_zone, tz_zone_country and tz_file in the database, in place of those of
-an earlier run, and leaves them there. TZDIR names another folder than /usr/share/zoneinfo.
+It makes the tables tz_country, tz_zone, tz_zone_country, tz_file and tz_number in the database, in place of
+those of an earlier run, and leaves them there. TZDIR names another folder than /usr/share/zoneinfo.
 )";
 
 struct Options {

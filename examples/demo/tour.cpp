@@ -4,10 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "bulk.h"
+#include "caches.h"
 #include "layout.h"
 #include "load.h"
+#include "older.h"
 #include "questions.h"
 #include "records.h"
+#include "sequence.h"
 
 namespace demo {
 
@@ -22,8 +26,6 @@ struct Tour {
   std::vector<int> zoneIds;  // in the order of the data
   std::vector<Guid> fileGuids;
 };
-
-std::string Quoted(Str const& text) { return text.IsNull() != 0 ? "NULL" : "'" + text.ToString() + "'"; }
 
 std::string Shown(AException const& error) {
   return "AException " + std::to_string(error.Number()) + ": " + PlainWords(error);
@@ -292,6 +294,10 @@ void RunTour(Target const& target, TimeZoneData const& data, Account& account) {
   LoseTheConnection(tour);
   CompareWithFiles(tour);
   AskQuestions(tour.session, data, account);
+  ChangeInBulk(tour.session, data, account);
+  CountFromTwoSessions(tour.session, target, account);
+  UseACache(tour.session, target, data, account);
+  AskInTheOlderWay(tour.session, data, account);
   tour.session.Disconnect();
 }
 
