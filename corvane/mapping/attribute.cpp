@@ -26,7 +26,7 @@ ASAttribute::ASAttribute() : ASAttribute("") {}
 ASAttribute::ASAttribute(Str const& name) : ASAttribute(name, "", 0, 0) {}
 
 ASAttribute::ASAttribute(Str const& name, Str const& label, int acType, int flags)
-    : acType_(acType), names_(std::make_shared<Names const>(Names{name, label})), flags_(flags) {}
+    : acType_(acType), names_(std::make_shared<Names const>(name, label)), flags_(flags) {}
 
 ASAttribute::ASAttribute(ASAttribute const& other, int flags)
     : acType_(other.acType_), names_(other.names_), flags_(flags) {}

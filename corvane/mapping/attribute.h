@@ -254,6 +254,7 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   friend class ASDomain;
 
   struct Names {
+    Names(Str const& ofColumn, Str const& forPeople) : name(ofColumn), label(forPeople) {}
     Str name;
     Str label;
   };

@@ -691,5 +691,25 @@ TEST(Select, TellsThatThePeerHasClosed) {
   EXPECT_EQ(select.Wait(), 0);
 }
 
+TEST(SocketException, KeepsItsMessage) {
+  std::string message = "no route";
+  IO::Exception const exception(message.c_str());
+  message = "changed";
+  EXPECT_STREQ(exception.what(), "no route");
+  EXPECT_EQ(exception.Message(), "no route");
+}
+
+TEST(SocketException, CopiesItsMessage) {
+  IO::Exception const exception("no route");
+  IO::Exception const copy(exception);
+  EXPECT_STREQ(copy.what(), "no route");
+}
+
+TEST(SocketException, AssignsItsMessage) {
+  IO::Exception exception("no route");
+  exception = IO::Exception("refused");
+  EXPECT_STREQ(exception.what(), "refused");
+}
+
 }  // namespace
 }  // namespace corvane::test

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -410,6 +411,32 @@ TEST_F(CursorOpen, HoldsLargeBinariesAsObjects) {
   ASSERT_NE(cursor.GetUURecord(1)->value.blob, nullptr);
   EXPECT_EQ(cursor.GetUURecord(1)->value.blob->Length(), 0U);
   EXPECT_EQ(cursor.GetUURecord(2)->value.blob, nullptr);
+}
+
+TEST(Cell, HasItsMembersAtTheirPlaces) {
+  EXPECT_EQ(offsetof(UU, value), 0U);
+  EXPECT_EQ(offsetof(UU, extra), 8U);
+  EXPECT_EQ(offsetof(UU, mark), 16U);
+  EXPECT_EQ(offsetof(UU, unused), 20U);
+}
+
+TEST_F(CursorOpen, ShowsNumbersByTheMembersOfTheirCells) {
+  Column<ASInt> a("a");
+  Column<ASDouble> b("b");
+  Column<ASInt64> c("c");
+  Column<ASDCurrency> d("d");
+  Answer(4, {{"-5", "0.5", "72623859790382856", "1.5"}, {std::nullopt, std::nullopt, std::nullopt, std::nullopt}});
+  ASCursor cursor(session);
+  cursor.Project() << a << b << c << d;
+  cursor.Open();
+  UU const* const row = cursor.GetUURecord(0);
+  EXPECT_EQ(row[0].value.integer, -5);
+  EXPECT_EQ(row[1].value.number, 0.5);
+  EXPECT_EQ(row[2].value.integer64, 72623859790382856);
+  EXPECT_EQ(row[2].extra.null, 0);
+  EXPECT_EQ(row[3].value.number, 1.5);
+  EXPECT_EQ(row[3].mark, 2);
+  EXPECT_EQ(cursor.GetUURecord(1)[2].extra.null, 1);
 }
 
 // ---- what a text reads as

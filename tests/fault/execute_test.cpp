@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <type_traits>
 
 #include "tests/support/scripted_session.h"
 #include "tests/support/small_stack.h"
@@ -375,6 +376,12 @@ TEST_F(FetchMultiple, GivesTheWholeResultToTheCaller) {
   EXPECT_STREQ(mysql_fetch_row(result)[0], "1");
   EXPECT_EQ(client.UnfreedResults(), 1U);
   mysql_free_result(result);
+}
+
+TEST_F(FetchMultiple, GivesTheClientLibrarysOwnType) {
+  EXPECT_TRUE((std::is_same<MYSQL_RES*, decltype(mysql_store_result(nullptr))>::value));
+  EXPECT_TRUE((std::is_same<MYSQL*, decltype(mysql_init(nullptr))>::value));
+  EXPECT_TRUE((std::is_same<MYSQL_RES*, decltype(Ready().FetchMultiple())>::value));
 }
 
 TEST_F(FetchMultiple, LetsFurtherStatementsRunWhileTheCallerHoldsTheResult) {

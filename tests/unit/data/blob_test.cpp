@@ -412,6 +412,17 @@ TEST(ASBlob, EqualsAGeometryOfTheSameBytes) {
   EXPECT_TRUE(Root(Holding("abc")) == geometry);
 }
 
+TEST(ASBlob, ComparesWithAPlainBlobOnEitherSide) {
+  EXPECT_TRUE(Holding("abc") == Blob(3, "abc"));
+  EXPECT_TRUE(Blob(3, "abc") == Holding("abc"));
+  EXPECT_FALSE(Holding("abc") == Blob(3, "abd"));
+  EXPECT_FALSE(Holding("abc") != Blob(3, "abc"));
+  EXPECT_TRUE(Blob(3, "abd") != Holding("abc"));
+  EXPECT_TRUE(Holding("abc") < Blob(3, "abd"));
+  EXPECT_TRUE(Blob(3, "abc") < Holding("abd"));
+  EXPECT_FALSE(Holding("abd") < Blob(3, "abc"));
+}
+
 TEST(ASBlob, NullEqualsTheAbsentBlob) {
   EXPECT_TRUE(Root(ASBlob(4)) == Blob());
   EXPECT_FALSE(Root(ASBlob(4)) < Blob());

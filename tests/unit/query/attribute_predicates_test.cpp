@@ -603,6 +603,15 @@ TEST_F(AttributePredicates, BetweenValuesOfEveryKindQuotesTheirTextForm) {
   });
 }
 
+TEST_F(AttributePredicates, BetweenAValueAndANumberQuotesTheValueAlone) {
+  Expect({
+      {total.Between(Int(1), 5), "[o.total BETWEEN '1' AND 5] o"},
+      {total.Between(1, Int(5)), "[o.total BETWEEN 1 AND '5'] o"},
+      {total.Between(Double(1.5), 5000000000L), "[o.total BETWEEN '1.5' AND 5000000000] o"},
+      {total.Between(0.5, Str("m")), "[o.total BETWEEN 0.5 AND 'm'] o"},
+  });
+}
+
 TEST_F(AttributePredicates, BetweenDoesNotTreatNullSpecially) {
   Expect({
       {total.Between(Int(), Int(5)), "[o.total BETWEEN '-2147483648' AND '5'] o"},

@@ -242,6 +242,12 @@ TEST(Blob, EqualsTheSameBytes) {
   EXPECT_FALSE(Blob(3, "abc") == Blob(2, "abc"));
 }
 
+TEST(Blob, DiffersFromOtherBytes) {
+  EXPECT_FALSE(Blob(3, "abc") != Blob(3, "abc"));
+  EXPECT_TRUE(Blob(3, "abc") != Blob(3, "abd"));
+  EXPECT_TRUE(Blob(3, "abc") != Blob(2, "abc"));
+}
+
 TEST(Blob, TellsBytesApartBehindANul) { EXPECT_FALSE(Blob(3, "a\0b") == Blob(3, "a\0c")); }
 
 TEST(Blob, OrdersByLengthFirst) {

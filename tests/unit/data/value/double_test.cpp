@@ -406,4 +406,10 @@ TEST(Double, WritesVeryLargeAndVerySmallNumbersWithAnExponent) {
 
 TEST(Double, WritesItsStoredNumberForNull) { EXPECT_EQ(Double().getstr(), "-1.7976931348623157e+308"); }
 
+TEST(Double, TellsItsScalarItsNameAndItsNullNumber) {
+  static_assert(std::is_same<Double::Scalar, double>::value, "");
+  EXPECT_EQ(std::string(Double::kName), "Double");
+  EXPECT_EQ(double{Double::kNull}, -1.7976931348623157e+308);
+}
+
 }  // namespace

@@ -74,6 +74,30 @@ TEST(AException, AppendsAnUnsignedLong) {
   EXPECT_STREQ(exception.what(), "DB Error 18446744073709551615");
 }
 
+TEST(AException, AppendsALongLong) {
+  AException exception("DB Error ");
+  exception << -9223372036854775807LL;
+  EXPECT_STREQ(exception.what(), "DB Error -9223372036854775807");
+}
+
+TEST(AException, AppendsAnUnsignedLongLong) {
+  AException exception("DB Error ");
+  exception << 18446744073709551615ULL;
+  EXPECT_STREQ(exception.what(), "DB Error 18446744073709551615");
+}
+
+TEST(AException, AppendsADouble) {
+  AException exception("DB Error ");
+  exception << 2.5;
+  EXPECT_STREQ(exception.what(), "DB Error 2.5");
+}
+
+TEST(AException, AppendsACharacter) {
+  AException exception("DB Error ");
+  exception << 'x';
+  EXPECT_STREQ(exception.what(), "DB Error x");
+}
+
 TEST(AException, AppendsNothingForANullText) {
   AException exception("DB Error ");
   exception << static_cast<char const*>(nullptr);

@@ -305,4 +305,21 @@ TEST(Guid, WritesThirtySixCharacters) { EXPECT_EQ(Guid(kText).getstr().length(),
 
 TEST(Guid, WritesAnEmptyTextForNull) { EXPECT_EQ(Guid().getstr(), ""); }
 
+// Parsing into bytes
+
+TEST(Guid, ParsesATextIntoSixteenBytes) {
+  char bytes[17] = {};
+  EXPECT_EQ(int{Guid::kBytes}, 16);
+  EXPECT_TRUE(Guid::Parse("{01234567-89ab-cdef-fedc-ba9876543210}", bytes));
+  EXPECT_EQ(std::string(bytes, 17),
+            std::string("\x01\x23\x45\x67\x89\xab\xcd\xef\xfe\xdc\xba\x98\x76\x54\x32\x10\0", 17));
+}
+
+TEST(Guid, ParsesNoOtherText) {
+  char bytes[16] = {};
+  EXPECT_FALSE(Guid::Parse("01234567-89ab-cdef-fedc-ba987654321", bytes));
+  EXPECT_FALSE(Guid::Parse("", bytes));
+  EXPECT_FALSE(Guid::Parse(nullptr, bytes));
+}
+
 }  // namespace

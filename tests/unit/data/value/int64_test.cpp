@@ -567,4 +567,9 @@ TEST(Int64, ReadsATextWithoutDigitsAsZero) {
 
 TEST(Int64, ReadsANullPointerAsZero) { EXPECT_EQ(Int64::atoint64_t(nullptr), 0); }
 
+TEST(Int64, TellsItsScalarAndItsName) {
+  static_assert(std::is_same<Int64::Scalar, long>::value, "");
+  EXPECT_EQ(std::string(Int64::kName), "Int64");
+}
+
 }  // namespace

@@ -456,4 +456,10 @@ TEST(Int, WritesItsNumberInDecimal) {
 
 TEST(Int, WritesItsStoredNumberForNull) { EXPECT_EQ(Int().getstr(), "-2147483648"); }
 
+TEST(Int, TellsItsScalarItsNameAndItsNullNumber) {
+  static_assert(std::is_same<Int::Scalar, int>::value, "");
+  EXPECT_EQ(std::string(Int::kName), "Int");
+  EXPECT_EQ(int{Int::kNull}, -2147483647 - 1);
+}
+
 }  // namespace

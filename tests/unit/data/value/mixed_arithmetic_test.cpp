@@ -458,4 +458,26 @@ TEST(MixedArithmetic, TakesANumberOnTheLeft) {
   EXPECT_FALSE(LONG_MIN == Int64());
 }
 
+TEST(MixedArithmetic, ComputesWithTheNumberOnTheLeft) {
+  EXPECT_EQ((8 + Int(2)).getstr(), "10");
+  EXPECT_EQ((8L - Int(2)).getstr(), "6");
+  EXPECT_EQ((8 * Int64(2L)).getstr(), "16");
+  EXPECT_EQ((1 / Double(2.0)).getstr(), "0.5");
+}
+
+TEST(MixedArithmetic, ComparesWithTheNumberOnTheLeft) {
+  EXPECT_TRUE(8 == Int(8));
+  EXPECT_FALSE(8L == Int(2));
+  EXPECT_TRUE(8 != Int64(2L));
+  EXPECT_FALSE(8.0 != Double(8.0));
+  EXPECT_TRUE(2 < Int(8));
+  EXPECT_FALSE(8 < Int(8));
+  EXPECT_TRUE(8.5 > Int(8));
+  EXPECT_FALSE(8 > Int64(8L));
+  EXPECT_TRUE(8 <= Double(8.0));
+  EXPECT_FALSE(9 <= Double(8.0));
+  EXPECT_TRUE(8U >= Int(8));
+  EXPECT_FALSE(7L >= Int64(8L));
+}
+
 }  // namespace
