@@ -14,8 +14,9 @@ class CORVANE_API ASCache : public virtual ASSimpleCache, public ASInsertableCac
   ASCache& operator=(ASCache const&) = delete;
   ~ASCache() override;
 
-  /// With 1, Get() asks the server in read-only mode, whatever the session's: by a SELECT that locks no row. 0 after
-  /// construction and after Clear(), and so after CacheOff() and PreFetch().
+  /// A switch, which reads nothing itself. With 1, each Get() asks the server in read-only mode, whatever the
+  /// session's: by a SELECT that locks no row. 0 after construction and after Clear(), and so after CacheOff() and
+  /// PreFetch().
   void ReadOnlyGet(int on = 1) { readOnlyGet_ = on; }
 
   void Get(int index) override;

@@ -7,6 +7,7 @@ ASDeleter::ASDeleter(ASDomain const& record) : table_(record.SimpleQuery()), ali
 
 // Not through ASFilter's copy: a class that derives from this one and copies it would construct an empty filter, its
 // virtual base, and lose the condition.
+// NOLINTNEXTLINE(bugprone-copy-constructor-init)
 ASDeleter::ASDeleter(ASDeleter const& other) : ASFilter(), table_(other.table_), alias_(other.alias_) {
   CopyWhole(other);
 }

@@ -9,6 +9,7 @@ ASUpdater::ASUpdater(ASSetter const& assignment) : assignments_(assignment.Query
 
 // Not through ASFilter's copy: a class that derives from this one and copies it would construct an empty filter, its
 // virtual base, and lose the condition.
+// NOLINTNEXTLINE(bugprone-copy-constructor-init)
 ASUpdater::ASUpdater(ASUpdater const& other) : ASFilter(), assignments_(other.assignments_), table_(other.table_) {
   CopyWhole(other);
 }

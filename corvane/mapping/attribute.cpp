@@ -41,13 +41,13 @@ ASAttribute::ASAttribute(ASAttribute const& other)
 
 ASAttribute& ASAttribute::operator=(ASAttribute const& other) {
   if (this == &other) return *this;
-  auto buffer = other.cryptBuffer_ != nullptr ? NewCryptBuffer(other.Data()) : nullptr;
+  ASAttribute copy(other);
   ASSimpleAttribute::operator=(other);
   acType_ = other.acType_;
-  names_ = other.names_;
+  names_ = std::move(copy.names_);
   flags_ = other.flags_;
   nullIndicator_ = other.nullIndicator_;
-  cryptBuffer_ = std::move(buffer);
+  cryptBuffer_ = std::move(copy.cryptBuffer_);
   return *this;
 }
 
