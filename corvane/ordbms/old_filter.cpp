@@ -49,18 +49,6 @@ void Append(Str& out, char const* word, Str const& field, null_comparison code) 
   out << word << field << CodeText(null_comp_string, code);
 }
 
-void Append(Str& out, char const* word, Str const& field, int low, int high) {
-  AppendStart(out, word, field);
-  out << low << sql::kAnd << high;
-}
-
-void Append(Str& out, char const* word, Str const& field, double low, double high) {
-  AppendStart(out, word, field);
-  AppendFixed(out, low);
-  out << sql::kAnd;
-  AppendFixed(out, high);
-}
-
 }  // namespace
 
 old_filter::old_filter() = default;
@@ -108,13 +96,34 @@ old_filter& old_filter::Set(Str const& field, null_comparison code) { return Add
 old_filter& old_filter::And(Str const& field, null_comparison code) { return Add(sql::kAnd, field, code); }
 old_filter& old_filter::Or(Str const& field, null_comparison code) { return Add(sql::kOr, field, code); }
 
-old_filter& old_filter::Set(Str const& field, int low, int high) { return Add(kWhere, field, low, high); }
-old_filter& old_filter::And(Str const& field, int low, int high) { return Add(sql::kAnd, field, low, high); }
-old_filter& old_filter::Or(Str const& field, int low, int high) { return Add(sql::kOr, field, low, high); }
+old_filter& old_filter::Set(Str const& field, int low, int high) { return AddIntegers(kWhere, field, low, high); }
+old_filter& old_filter::And(Str const& field, int low, int high) { return AddIntegers(sql::kAnd, field, low, high); }
+old_filter& old_filter::Or(Str const& field, int low, int high) { return AddIntegers(sql::kOr, field, low, high); }
 
-old_filter& old_filter::Set(Str const& field, double low, double high) { return Add(kWhere, field, low, high); }
-old_filter& old_filter::And(Str const& field, double low, double high) { return Add(sql::kAnd, field, low, high); }
-old_filter& old_filter::Or(Str const& field, double low, double high) { return Add(sql::kOr, field, low, high); }
+old_filter& old_filter::Set(Str const& field, double low, double high) { return AddDoubles(kWhere, field, low, high); }
+old_filter& old_filter::And(Str const& field, double low, double high) {
+  return AddDoubles(sql::kAnd, field, low, high);
+}
+old_filter& old_filter::Or(Str const& field, double low, double high) { return AddDoubles(sql::kOr, field, low, high); }
+
+old_filter& old_filter::AddIntegers(char const* word, Str const& field, corvane::Number const& low,
+                                    corvane::Number const& high) {
+  Str& text = ConditionForUpdate();
+  AppendStart(text, word, field);
+  low.AppendTo(text);
+  text << sql::kAnd;
+  high.AppendTo(text);
+  return *this;
+}
+
+old_filter& old_filter::AddDoubles(char const* word, Str const& field, double low, double high) {
+  Str& text = ConditionForUpdate();
+  AppendStart(text, word, field);
+  AppendFixed(text, low);
+  text << sql::kAnd;
+  AppendFixed(text, high);
+  return *this;
+}
 
 old_filter& old_filter::Project(Str const& column) {
   Str& list = ASFilter::Project().ProjectQueryForUpdate();

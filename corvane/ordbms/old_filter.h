@@ -1,6 +1,9 @@
 #ifndef CORVANE_ORDBMS_OLD_FILTER_H
 #define CORVANE_ORDBMS_OLD_FILTER_H
 
+#include <type_traits>
+
+#include "corvane/data/value/number.h"
 #include "corvane/ordbms/comparison.h"
 #include "corvane/query/filter.h"
 
@@ -23,6 +26,11 @@ namespace ORDBMS {
 /// `Register(&value, nullptr)`. HAVING, GROUP BY and hints are not written. Nothing here throws but memory exhaustion
 /// (std::bad_alloc). The order of the virtual functions and of the members is binary contract.
 class CORVANE_API old_filter : public virtual ASFilter {
+  // Two plain numbers, not codes, for which there is no overload.
+  template <class Low, class High>
+  using IfOtherRange = std::enable_if_t<std::is_arithmetic<Low>::value && std::is_arithmetic<High>::value,
+                                        corvane::IfOtherNumbers<Low, High, old_filter&>>;
+
  public:
   old_filter();
   old_filter(old_filter const&);
@@ -36,7 +44,8 @@ class CORVANE_API old_filter : public virtual ASFilter {
   /// Each appends to the condition: Set() begins it with " WHERE ", And() and Or() go on with " AND " and " OR ".
   /// Nothing is replaced: Set() comes first and once, servers refuse two WHERE (error 1064).
   ///
-  /// " WHERE name=value", the value as it stands: with its quotes. A code that is none gives no operator.
+  /// " WHERE name=value", the value as it stands: with its quotes. A code that is none gives no operator. A text column
+  /// given by value is such a text, too: give its address to have it quoted.
   old_filter& Set(Str const& field, Str const& value, comparison code);
   old_filter& And(Str const& field, Str const& value, comparison code);
   old_filter& Or(Str const& field, Str const& value, comparison code);
@@ -58,6 +67,19 @@ class CORVANE_API old_filter : public virtual ASFilter {
   old_filter& Set(Str const& field, double low, double high);
   old_filter& And(Str const& field, double low, double high);
   old_filter& Or(Str const& field, double low, double high);
+  /// Numbers of other types: integers in full, an integer beside a double as one.
+  template <class Low, class High>
+  IfOtherRange<Low, High> Set(Str const& field, Low low, High high) {
+    return AddRange(" WHERE ", field, low, high);
+  }
+  template <class Low, class High>
+  IfOtherRange<Low, High> And(Str const& field, Low low, High high) {
+    return AddRange(" AND ", field, low, high);
+  }
+  template <class Low, class High>
+  IfOtherRange<Low, High> Or(Str const& field, Low low, High high) {
+    return AddRange(" OR ", field, low, high);
+  }
   /// A code is a number, too: this would be BETWEEN. Give the value as a text, or by its address.
   old_filter& Set(Str const& field, int value, comparison code) = delete;
   old_filter& And(Str const& field, int value, comparison code) = delete;
@@ -81,6 +103,16 @@ class CORVANE_API old_filter : public virtual ASFilter {
  private:
   template <class... Parts>
   old_filter& Add(char const* word, Parts const&... parts);
+  template <class Low, class High>
+  old_filter& AddRange(char const* word, Str const& field, Low low, High high) {
+    if constexpr (std::is_integral<Low>::value && std::is_integral<High>::value) {
+      return AddIntegers(word, field, low, high);
+    } else {
+      return AddDoubles(word, field, static_cast<double>(low), static_cast<double>(high));
+    }
+  }
+  old_filter& AddIntegers(char const* word, Str const& field, corvane::Number const& low, corvane::Number const& high);
+  old_filter& AddDoubles(char const* word, Str const& field, double low, double high);
   int JoinAs(Str const& table, void const* address);
 
   Str join_;

@@ -107,11 +107,13 @@ void Use(ASSession& session, ASStr& text, ASInt& number, ASTime& time, Str& name
   ORDBMS::old_filter().And("a", 0, ORDBMS::LESS);
 #elif MISUSE == 39
   ORDBMS::old_filter().Or("a", 2.5, ORDBMS::LESS);
-#elif MISUSE == 40  // a code of one kind is none of another
+#elif MISUSE == 40
+  ORDBMS::old_filter().And("a", 1L, ORDBMS::LESS);
+#elif MISUSE == 41  // a code of one kind is none of another
   ORDBMS::old_cursor().orderby("a", ORDBMS::EQUAL);
-#elif MISUSE == 41
-  ORDBMS::old_filter().Set("a", "b", ORDBMS::IS_NULL);
 #elif MISUSE == 42
+  ORDBMS::old_filter().Set("a", "b", ORDBMS::IS_NULL);
+#elif MISUSE == 43
   ORDBMS::old_cursor const cursor;
   ORDBMS::old_cursor const copy(cursor);
 #else

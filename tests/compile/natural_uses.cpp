@@ -501,6 +501,7 @@ struct SmallCache : ItemCache {
   filter.Set("id", "5", EQUAL).And(Str("id"), Str("5"), NOT_EQUAL).Or(std::string("id"), std::string("5"), LESS);
   filter.And("id", &value, GREATER).Or("name", &text, GREATER_EQUAL).And("id", nullptr, LESS_EQUAL);
   filter.And("id", IS_NULL).Or("id", IS_NOT_NULL).And("id", 1, 5).Or("price", 1.5, 2.5);
+  filter.And("id", 1L, 5).Or("id", 1U, 5ULL).And("price", 1, 2.5).Or("price", 1.5F, 2);
   old_cursor cursor(&session);
   cursor << &filter;
   cursor.orderby("id", ASCENDING);

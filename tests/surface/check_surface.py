@@ -30,6 +30,9 @@ CALLED_FROM_HEADERS = {
     "ASAttribute::BetweenNumbers(corvane::Number const&, corvane::Number const&) const": "Between() of any numbers",
     "ASAttribute::BetweenMixed(basic_type const&, corvane::Number const&) const": "Between() of a value and a number",
     "ASAttribute::BetweenMixed(corvane::Number const&, basic_type const&) const": "Between() of a number and a value",
+    "ORDBMS::old_filter::AddIntegers(char const*, Str const&, corvane::Number const&, corvane::Number const&)":
+        "the ranges of any numbers",
+    "ORDBMS::old_filter::AddDoubles(char const*, Str const&, double, double)": "the ranges of any numbers",
     "ASGroupAttribute::Compare(corvane::Relation, corvane::Number const&) const": "the comparisons with any number",
 }
 

@@ -212,6 +212,18 @@ TEST(OldFilter, RangesOfTheLimitsOfIntegers) {
   EXPECT_EQ(Applied(kSet, INT_MIN, INT_MAX), "SELECT * FROM  WHERE f BETWEEN -2147483648 AND 2147483647");
 }
 
+TEST(OldFilter, RangesOfOtherIntegersAreWrittenInFull) {
+  EXPECT_EQ(Applied(kSet, LONG_MIN, 5), "SELECT * FROM  WHERE f BETWEEN -9223372036854775808 AND 5");
+  EXPECT_EQ(Applied(kAnd, 1U, ULONG_MAX), "SELECT * FROM  AND f BETWEEN 1 AND 18446744073709551615");
+  EXPECT_EQ(Applied(kOr, short{1}, 5LL), "SELECT * FROM  OR f BETWEEN 1 AND 5");
+}
+
+TEST(OldFilter, AnIntegerBesideADoubleCountsAsOne) {
+  EXPECT_EQ(Applied(kSet, 1, 2.5), "SELECT * FROM  WHERE f BETWEEN 1.000000 AND 2.500000");
+  EXPECT_EQ(Applied(kAnd, 1.5F, 2L), "SELECT * FROM  AND f BETWEEN 1.500000 AND 2.000000");
+  EXPECT_EQ(Applied(kOr, 1.5, 2U), "SELECT * FROM  OR f BETWEEN 1.500000 AND 2.000000");
+}
+
 TEST(OldFilter, RangesAreNotPutInOrder) { EXPECT_EQ(Applied(kSet, 5, -1), "SELECT * FROM  WHERE f BETWEEN 5 AND -1"); }
 
 TEST(OldFilter, RangesOfDoublesAreRounded) {
