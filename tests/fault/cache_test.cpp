@@ -10,10 +10,9 @@
 #include <ostream>
 #include <sstream>
 #include <string>
-#include <utility>
 
 #include "corvane/corvane.h"
-#include "tests/support/scripted_cursor.h"
+#include "tests/support/scripted_cache.h"
 #include "tests/support/sql.h"
 
 namespace corvane::test {
@@ -22,51 +21,13 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// What the records of the derived classes below have in common.
-struct CountryColumns {
-  ASVStr code{2};
-  ASVStr name{40};
-  ASAttribute codeColumn{"code", "Code", 0, corvane::kKey};
-  ASAttribute nameColumn{"name"};
+using Country = CountryOf<ASCache>;
 
-  void AddTo(ASDomain& record) { record.Add(codeColumn, code).Add(nameColumn, name); }
-};
-
-struct Country : ASCache, CountryColumns {
-  explicit Country(ASSession* session, int saveFirst = 0)
-      : ASDomain("country", "Country"), ASSimpleCache(session, saveFirst), ASCache(session, saveFirst) {
-    AddTo(*this);
-  }
-};
-
-constexpr char const* kSelectNZ = "SELECT `code`, `name` FROM `country` WHERE `code`='NZ' FOR UPDATE";
 constexpr char const* kReadNZ = "SELECT `code`, `name` FROM `country` WHERE `code`='NZ'";
-constexpr char const* kSaveNZ =
-    "INSERT INTO `countryArc` (code, name) SELECT code, name FROM `country` WHERE code='NZ'";
-constexpr char const* kInsertNZ = "INSERT INTO `country` (`code`, `name`) VALUES ('NZ', 'New Zealand')";
-constexpr char const* kUpdateNZ = "UPDATE `country` SET `name`='New Zealand' WHERE `code`='NZ'";
-constexpr char const* kDeleteNZ = "DELETE FROM `country` WHERE `code`='NZ'";
 
-class Cache : public ScriptedCursor {
+class Cache : public ScriptedCache<Country> {
  protected:
-  void SetUp() override {
-    ScriptedCursor::SetUp();
-    country.emplace(session);
-  }
-
-  void SetNewZealand() {
-    country->code = "NZ";
-    country->name = "New Zealand";
-  }
-
-  // A miss on "NZ".
-  void Read() {
-    Answer(2, {{"NZ", "New Zealand"}}).Matching("SELECT");
-    country->code = "NZ";
-    country->Get(-1);
-  }
-
-  std::optional<Country> country;
+  void Read() { ScriptedCache::Read("NZ", "New Zealand"); }
 };
 
 // ---- reading in a section of its own
@@ -320,12 +281,6 @@ struct Stock : ASCache {
 
 class CacheLog : public Cache {
  protected:
-  void ReadyAt(int level, int saveFirst = 0) {
-    session = &Ready({}, level);
-    country.emplace(session, saveFirst);
-    SetNewZealand();
-  }
-
   // With the address of the session, as the caches write it, replaced by "PTR".
   template <class Action>
   std::string CacheLogOf(Action action) {

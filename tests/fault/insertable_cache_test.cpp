@@ -5,13 +5,12 @@
 
 #include <climits>
 #include <new>
-#include <optional>
 #include <string>
 #include <utility>
 
 #include "corvane/corvane.h"
 #include "tests/support/failing_allocation.h"
-#include "tests/support/scripted_cursor.h"
+#include "tests/support/scripted_cache.h"
 
 namespace corvane::test {
 namespace {
@@ -19,17 +18,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Country : ASInsertableCache {
-  ASVStr code{2};
-  ASVStr name{60};
-  ASAttribute codeColumn{"code", "Code", 0, corvane::kKey};
-  ASAttribute nameColumn{"name"};
-
-  Country(ASSession* session, int saveFirst)
-      : ASDomain("country", "Country"), ASSimpleCache(session, saveFirst), ASInsertableCache(session, saveFirst) {
-    Add(codeColumn, code).Add(nameColumn, name);
-  }
-};
+using Country = CountryOf<ASInsertableCache>;
 
 // Numbered by the server.
 struct Visit : ASInsertableCache {
@@ -53,29 +42,11 @@ struct Click : ASInsertableCache {
   }
 };
 
-constexpr char const* kInsertNZ = "INSERT INTO `country` (`code`, `name`) VALUES ('NZ', 'New Zealand')";
 constexpr char const* kInsertIT = "INSERT INTO `country` (`code`, `name`) VALUES ('IT', 'Italy')";
-constexpr char const* kDeleteNZ = "DELETE FROM `country` WHERE `code`='NZ'";
 constexpr char const* kDeleteIT = "DELETE FROM `country` WHERE `code`='IT'";
-constexpr char const* kSaveNZ =
-    "INSERT INTO `countryArc` (code, name) SELECT code, name FROM `country` WHERE code='NZ'";
-constexpr char const* kSaveIT =
-    "INSERT INTO `countryArc` (code, name) SELECT code, name FROM `country` WHERE code='IT'";
 
-class InsertableCache : public ScriptedCursor {
+class InsertableCache : public ScriptedCache<Country> {
  protected:
-  void SetUp() override {
-    ScriptedCursor::SetUp();
-    country.emplace(session, 0);
-  }
-
-  void SaveFirst() { country.emplace(session, 1); }
-
-  void ReopenWith(Parameters parameters, int saveFirst) {
-    Reopen(std::move(parameters));
-    country.emplace(session, saveFirst);
-  }
-
   void Insert(char const* code, char const* name) {
     country->code = code;
     country->name = name;
@@ -86,21 +57,6 @@ class InsertableCache : public ScriptedCursor {
     country->code = code;
     country->Delete();
   }
-
-  void Read(char const* code, char const* name) {
-    Answer(2, {{code, name}}).Matching("SELECT `code`");
-    country->code = code;
-    country->Get(-1);
-  }
-
-  // The name that the store has for the key; "none" when the server is asked, which has no answer.
-  std::string Stored(char const* code) {
-    country->code = code;
-    if (ThrownBy([&] { country->Get(-1); }) == Thrown{0, "MySQL fetch error. "}) return "none";
-    return country->name.getstr().ToString();
-  }
-
-  std::optional<Country> country;
 };
 
 // ---- inserting
@@ -158,8 +114,7 @@ TEST_F(InsertableCache, InsertNeverSaves) {
 }
 
 TEST_F(InsertableCache, InsertItemInsertsWhateverTheText) {
-  country->code = "NZ";
-  country->name = "New Zealand";
+  SetNewZealand();
   InsertItem("", *country);
   InsertItem("another text", *country);
   EXPECT_THAT(Statements(), ElementsAre(kInsertNZ, kInsertNZ));
@@ -478,10 +433,7 @@ class InsertableCacheReadOnly : public InsertableCache {
  protected:
   void SetUp() override {
     InsertableCache::SetUp();
-    session = &Ready({}, 5);
-    SaveFirst();
-    country->code = "NZ";
-    country->name = "New Zealand";
+    ReadyAt(5, 1);
   }
 
   void ExpectRefused() {

@@ -11,7 +11,7 @@
 
 #include "corvane/corvane.h"
 #include "tests/support/failing_allocation.h"
-#include "tests/support/scripted_cursor.h"
+#include "tests/support/scripted_cache.h"
 
 namespace corvane::test {
 namespace {
@@ -19,17 +19,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Country : ASUpdatableCache {
-  ASVStr code{2};
-  ASVStr name{60};
-  ASAttribute codeColumn{"code", "Code", 0, corvane::kKey};
-  ASAttribute nameColumn{"name"};
-
-  Country(ASSession* session, int saveFirst)
-      : ASDomain("country", "Country"), ASSimpleCache(session, saveFirst), ASUpdatableCache(session, saveFirst) {
-    Add(codeColumn, code).Add(nameColumn, name);
-  }
-};
+using Country = CountryOf<ASUpdatableCache>;
 
 // A number that has no SQL form is possible as its key.
 struct Rate : ASUpdatableCache {
@@ -77,48 +67,15 @@ struct Kinds : ASUpdatableCache {
   }
 };
 
-constexpr char const* kSaveNZ =
-    "INSERT INTO `countryArc` (code, name) SELECT code, name FROM `country` WHERE code='NZ'";
-constexpr char const* kSaveIT =
-    "INSERT INTO `countryArc` (code, name) SELECT code, name FROM `country` WHERE code='IT'";
-constexpr char const* kUpdateNZ = "UPDATE `country` SET `name`='New Zealand' WHERE `code`='NZ'";
 constexpr char const* kUpdateIT = "UPDATE `country` SET `name`='Italy' WHERE `code`='IT'";
-constexpr char const* kSelectNZ = "SELECT `code`, `name` FROM `country` WHERE `code`='NZ' FOR UPDATE";
 
-class UpdatableCache : public ScriptedCursor {
+class UpdatableCache : public ScriptedCache<Country> {
  protected:
-  void SetUp() override {
-    ScriptedCursor::SetUp();
-    country.emplace(session, 0);
-  }
-
-  void SaveFirst() { country.emplace(session, 1); }
-
-  void ReopenWith(Parameters parameters, int saveFirst) {
-    Reopen(std::move(parameters));
-    country.emplace(session, saveFirst);
-  }
-
   void Put(char const* code, char const* name) {
     country->code = code;
     country->name = name;
     country->Put();
   }
-
-  void Read(char const* code, char const* name) {
-    Answer(2, {{code, name}}).Matching("SELECT `code`");
-    country->code = code;
-    country->Get(-1);
-  }
-
-  // The name that the store has for the key; "none" when the server is asked, which has no answer.
-  std::string Stored(char const* code) {
-    country->code = code;
-    if (ThrownBy([&] { country->Get(-1); }) == Thrown{0, "MySQL fetch error. "}) return "none";
-    return country->name.getstr().ToString();
-  }
-
-  std::optional<Country> country;
 };
 
 // ---- the statement and the store
@@ -439,10 +396,7 @@ class UpdatableCacheReadOnly : public UpdatableCache {
  protected:
   void SetUp() override {
     UpdatableCache::SetUp();
-    session = &Ready({}, 5);
-    SaveFirst();
-    country->code = "NZ";
-    country->name = "New Zealand";
+    ReadyAt(5, 1);
   }
 
   void ExpectRefused() {

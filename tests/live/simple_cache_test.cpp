@@ -1,22 +1,21 @@
 #include <gmock/gmock.h>
 
-#include <limits>
-#include <map>
-#include <memory>
 #include <string>
 
-#include "tests/support/live.h"
+#include "tests/live/cache_test.h"
 
+using corvane::test::CacheTest;
 using corvane::test::ConnectionId;
+using corvane::test::Counts;
 using corvane::test::Failure;
 using corvane::test::FailureOf;
-using corvane::test::Fetched;
 using corvane::test::FetchedValue;
-using corvane::test::ItemTest;
+using corvane::test::ItemsOf;
+using corvane::test::kNothing;
+using corvane::test::kOneSelect;
 using corvane::test::LiveTest;
-using corvane::test::Row;
-using corvane::test::Rows;
 using corvane::test::Session;
+using corvane::test::StatementsOf;
 using ::testing::StartsWith;
 
 namespace {
@@ -24,78 +23,17 @@ namespace {
 constexpr unsigned kAccepted = 0;
 constexpr unsigned kLockWaitTimeout = 1205;
 
-// How many statements of each kind the server ran for the session, by the server's own count.
-using Counts = std::map<std::string, int>;
-Counts const kNothing;
-Counts const kOneSelect{{"Com_select", 1}, {"Questions", 1}};
 Counts const kTwoSelects{{"Com_select", 2}, {"Questions", 2}};
 
-Counts CountsOf(ASSession& session) {
-  Counts counts;
-  for (Row const& row : Fetched(session,
-                                "SHOW SESSION STATUS WHERE Variable_name IN ('Questions', 'Com_select', "
-                                "'Com_insert', 'Com_insert_select', 'Com_update', 'Com_delete')")) {
-    counts[row.at(0).value()] = std::stoi(row.at(1).value());
-  }
-  return counts;
-}
-
-// Those that ran meanwhile.
-template <class Action>
-Counts StatementsOf(ASSession& session, Action action) {
-  Counts const before = CountsOf(session);
-  action();
-  Counts counts;
-  for (auto const& [kind, count] : CountsOf(session)) {
-    int const own = kind == "Questions" ? 1 : 0;  // the question for the counts
-    if (int const difference = count - before.at(kind) - own) counts[kind] = difference;
-  }
-  return counts;
-}
-
-template <class Cache>
-struct ItemsOf : Cache {
-  ASInt id;
-  ASVStr name{20};
-  ASAttribute idColumn{"id", "Id", 0, corvane::kKey};
-  ASAttribute nameColumn{"name"};
-
-  explicit ItemsOf(ASSession& session) : ASDomain("item", "Item"), Cache(&session, 0) {
-    this->Add(idColumn, id).Add(nameColumn, name);
-  }
-  ItemsOf(ItemsOf const&) = delete;
-  ItemsOf& operator=(ItemsOf const&) = delete;
-
-  void Look(int key) {
-    id = key;
-    this->Get(-1);
-  }
-};
 using Items = ItemsOf<ASSimpleCache>;
 using LockingItems = ItemsOf<ASCache>;
 
-bool IsAllNull(ASDomain const& record) {
-  for (ASAttribute const* const attribute : record) {
-    if (attribute->Data()->IsNull() == 0) return false;
-  }
-  return true;
-}
-
-class CacheReading : public ItemTest {
+class CacheReading : public CacheTest<Items> {
  protected:
   void CreateTables() override {
-    ItemTest::CreateTables();
+    CacheTest::CreateTables();
     Run("INSERT INTO item VALUES (1, 'one'), (2, 'two'), (-5, 'minus five'), (3, NULL)");
-    session_ = std::make_unique<Session>(With());
-    items_ = std::make_unique<Items>(*session_);
   }
-
-  ASSession& TheSession() { return *session_; }
-  Items& TheItems() { return *items_; }
-
- private:
-  std::unique_ptr<Session> session_;
-  std::unique_ptr<Items> items_;
 };
 
 // What is asked for.
@@ -160,7 +98,7 @@ TEST_F(CacheReading, GetOfARecordIsALookUpOfTheOwnKey) {
 
 TEST_F(CacheReading, RowThatDoesNotExistGivesNull) {
   TheItems().Look(77);
-  EXPECT_TRUE(IsAllNull(TheItems()));
+  EXPECT_TRUE(TheItems().IsAllNull());
   EXPECT_EQ(TheItems().Size(), 0);
 }
 
@@ -189,7 +127,7 @@ TEST_F(CacheReading, CacheOffForgets) {
   TheItems().Look(1);
   TheItems().CacheOff();
   EXPECT_EQ(TheItems().Size(), 0);
-  EXPECT_TRUE(IsAllNull(TheItems()));
+  EXPECT_TRUE(TheItems().IsAllNull());
   EXPECT_EQ(StatementsOf(TheSession(), [&] { TheItems().Look(1); }), kOneSelect);
 }
 
@@ -238,13 +176,13 @@ TEST_F(CacheReading, PlacesFollowTheKeysAndAskNothing) {
 TEST_F(CacheReading, PlaceBehindTheStoreIsNull) {
   TheItems().Look(2);
   TheItems().Get(1);
-  EXPECT_TRUE(IsAllNull(TheItems()));
+  EXPECT_TRUE(TheItems().IsAllNull());
 }
 
 TEST_F(CacheReading, PlaceOfTheNumberOfColumnsIsNullAmongMoreRecords) {
   EXPECT_EQ(TheItems().PreFetch(), 4);
   TheItems().Get(2);
-  EXPECT_TRUE(IsAllNull(TheItems()));
+  EXPECT_TRUE(TheItems().IsAllNull());
 }
 
 // Reading the whole table.
@@ -292,7 +230,7 @@ TEST_F(CacheReading, PreFetchGivesTheTableAsItIsNow) {
   TheItems().Look(2);
   EXPECT_EQ(TheItems().name, "changed");
   TheItems().Look(1);
-  EXPECT_TRUE(IsAllNull(TheItems()));
+  EXPECT_TRUE(TheItems().IsAllNull());
 }
 
 TEST_F(CacheReading, PreFetchReadsTheTableWithCacheOffToo) {
@@ -305,9 +243,9 @@ TEST_F(CacheReading, PreFetchOfATableWithoutRows) {
   TheItems().PreFetch();
   Run("DELETE FROM item");
   EXPECT_EQ(TheItems().PreFetch(), 0);
-  EXPECT_TRUE(IsAllNull(TheItems()));
+  EXPECT_TRUE(TheItems().IsAllNull());
   TheItems().Get(0);
-  EXPECT_TRUE(IsAllNull(TheItems()));
+  EXPECT_TRUE(TheItems().IsAllNull());
 }
 
 TEST_F(CacheReading, PreFetchLeavesTheConnectionFree) {
@@ -348,7 +286,7 @@ TEST_F(CacheReading, PreFetchOfAMissingTableLeavesNothing) {
   EXPECT_EQ(failure.number, 102);
   EXPECT_THAT(failure.message, StartsWith("DB Error 1146 (Table '" + Schema() + ".item' doesn't exist) in query\n"));
   EXPECT_EQ(TheItems().Size(), 0);
-  EXPECT_TRUE(IsAllNull(TheItems()));
+  EXPECT_TRUE(TheItems().IsAllNull());
 }
 
 TEST_F(CacheReading, KilledConnectionIsReopenedByAMiss) {

@@ -1,23 +1,25 @@
 #include <gmock/gmock.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "tests/support/live.h"
+#include "tests/live/cache_test.h"
 
+using corvane::test::CacheTest;
 using corvane::test::ConnectionId;
+using corvane::test::Counts;
 using corvane::test::Failure;
 using corvane::test::FailureOf;
-using corvane::test::Fetched;
 using corvane::test::Field;
-using corvane::test::ItemTest;
+using corvane::test::ItemsOf;
+using corvane::test::kNothing;
+using corvane::test::kOneSelect;
 using corvane::test::LiveTest;
-using corvane::test::Row;
 using corvane::test::Rows;
 using corvane::test::Session;
+using corvane::test::StatementsOf;
 using ::testing::IsEmpty;
 
 namespace {
@@ -25,83 +27,24 @@ namespace {
 Field const kNull;
 constexpr int kSaveFirst = 1;
 
-// How many statements of each kind the server ran for the session, by the server's own count.
-using Counts = std::map<std::string, int>;
-Counts const kNothing;
-Counts const kOneSelect{{"Com_select", 1}, {"Questions", 1}};
 Counts const kOneUpdate{{"Com_update", 1}, {"Questions", 1}};
 Counts const kOneInsert{{"Com_insert", 1}, {"Questions", 1}};
 Counts const kOneDelete{{"Com_delete", 1}, {"Questions", 1}};
 Counts const kSaveAndUpdate{{"Com_insert_select", 1}, {"Com_update", 1}, {"Questions", 2}};
 Counts const kSaveAndDelete{{"Com_insert_select", 1}, {"Com_delete", 1}, {"Questions", 2}};
 
-Counts CountsOf(ASSession& session) {
-  Counts counts;
-  for (Row const& row : Fetched(session,
-                                "SHOW SESSION STATUS WHERE Variable_name IN ('Questions', 'Com_select', "
-                                "'Com_insert', 'Com_insert_select', 'Com_update', 'Com_delete')")) {
-    counts[row.at(0).value()] = std::stoi(row.at(1).value());
-  }
-  return counts;
-}
+using Items = ItemsOf<ASCache>;
 
-// Those that ran meanwhile.
-template <class Action>
-Counts StatementsOf(ASSession& session, Action action) {
-  Counts const before = CountsOf(session);
-  action();
-  Counts counts;
-  for (auto const& [kind, count] : CountsOf(session)) {
-    int const own = kind == "Questions" ? 1 : 0;  // the question for the counts
-    if (int const difference = count - before.at(kind) - own) counts[kind] = difference;
-  }
-  return counts;
-}
-
-struct Items : ASCache {
-  ASInt id;
-  ASVStr name{20};
-  ASAttribute idColumn{"id", "Id", 0, corvane::kKey};
-  ASAttribute nameColumn{"name"};
-
-  explicit Items(ASSession& session, int saveFirst = 0) : ASDomain("item", "Item"), ASCache(&session, saveFirst) {
-    Add(idColumn, id).Add(nameColumn, name);
-  }
-  Items(Items const&) = delete;
-  Items& operator=(Items const&) = delete;
-
-  Items& Of(int key, char const* text = nullptr) {
-    id = key;
-    name = text;
-    return *this;
-  }
-  Items& Look(int key) {
-    id = key;
-    Get(-1);
-    return *this;
-  }
-  void PutAs(int key, char const* text) { Of(key, text).Put(); }
-  bool IsAllNull() const { return id.IsNull() != 0 && name.IsNull() != 0; }
-};
-
-class CacheWriting : public ItemTest {
+class CacheWriting : public CacheTest<Items> {
  protected:
   void CreateTables() override {
-    ItemTest::CreateTables();
+    CacheTest::CreateTables();
     Run("CREATE TABLE itemArc (id INT, name VARCHAR(20), number INT PRIMARY KEY AUTO_INCREMENT)");
     Run("INSERT INTO item VALUES (1, 'one'), (2, 'two'), (3, NULL)");
-    session_ = std::make_unique<Session>(With());
-    items_ = std::make_unique<Items>(*session_);
   }
 
-  ASSession& TheSession() { return *session_; }
-  Items& TheItems() { return *items_; }
   Rows ItemRows() { return StoredRows("SELECT id, name FROM item ORDER BY id"); }
   Rows Archived() { return StoredRows("SELECT id, name FROM itemArc ORDER BY number"); }
-
- private:
-  std::unique_ptr<Session> session_;
-  std::unique_ptr<Items> items_;
 };
 
 // Changes.
