@@ -52,8 +52,8 @@ class CORVANE_API ASSimpleCache : public virtual ASDomain {
 
   /// A negative `index`: the record with the key that this one holds, from the store, or else from the server by the
   /// session's SelectQuery(); that locks its row outside read-only mode. It is put into the store then. When there is
-  /// none, all values become NULL, the key too. Throws what the session throws; the values that are no key are NULL
-  /// then, key and store unchanged.
+  /// none, all values become NULL, the key too. Throws what the session throws; the store is unchanged then, and of
+  /// the values only the key can be relied on.
   ///
   /// Any other `index`: the record at that place of the store, in the order of keys, from 0. All values become NULL
   /// when `index` is not less than THE NUMBER OF COLUMNS of the record, however many records there are; and behind the

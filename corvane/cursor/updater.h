@@ -24,7 +24,7 @@ class ASSetter;
 /// The order of the virtual functions and of the members is binary contract.
 class CORVANE_API ASUpdater : public virtual ASFilter {
  public:
-  /// With its first assignment.
+  /// With its first assignment. Throws what ASSetter::Query() throws.
   explicit ASUpdater(ASSetter const& assignment);
   /// Copying and assigning take over the outer joins as well, which assigning an ASFilter does not.
   ASUpdater(ASUpdater const&);
@@ -33,7 +33,7 @@ class CORVANE_API ASUpdater : public virtual ASFilter {
 
   /// Appends ", " and the assignment; the first one's table is that of them all. Throws AException "Only single table
   /// may be updated in single UPDATE SQL query. " for a column of another table, and the assignment is in the list all
-  /// the same: do not execute the statement then.
+  /// the same: do not execute the statement then. Throws what ASSetter::Query() throws; the list is unchanged then.
   ASUpdater& operator<<(ASSetter const& assignment);
 
   /// "UPDATE t T1, u T2 SET T1.a = T2.b, T1.c = '5' WHERE T1.id=(T2.id)".

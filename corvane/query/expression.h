@@ -19,7 +19,7 @@ class ASAttribute;
 /// A BINARY VALUE IS WRITTEN AS THE WORD BLOB, its getstr(): ASSession::Update() writes its bytes. No parentheses are
 /// ever written: (a + b) * c gives "T1.a + T1.b * T1.c", and the server's precedence applies to that.
 ///
-/// Columns named in an expression must outlive it; temporary ones (`a.Abs() + 1`) are copied and kept.
+/// Columns named in an expression must outlive it; of temporary ones (`a.Abs() + 1`) the text is kept.
 /// Nothing here throws but memory exhaustion (std::bad_alloc); a number that is not finite makes the setter throw.
 class CORVANE_API ASExpression {
  public:
@@ -36,7 +36,7 @@ class CORVANE_API ASExpression {
   ASExpression(S const& text) : ASExpression(std::string_view(text)) {}
   /// The value's getstr(), as of now.
   ASExpression(basic_type const& value);
-  /// One column: its Query(), as of when the expression is rendered.
+  /// One column: its Query(), as of when the expression is rendered; of a temporary one, as of now.
   ASExpression(ASAttribute const& attribute);
   ASExpression(ASAttribute const&& attribute);
   /// Copies the whole tree, but not the columns that it points to.
