@@ -6,6 +6,10 @@
 #include "corvane/data/data.h"
 #include "corvane/data/value/str.h"
 
+namespace corvane::internal {
+class ResultRows;
+}
+
 /// A column of fixed-width text: assigned texts are padded with blanks to the capacity. A new one is NULL.
 ///
 /// The capacity is in bytes, and a longer text is cut there without error, possibly inside a character of several
@@ -78,6 +82,8 @@ class CORVANE_API ASStr : public virtual basic_type, public ASData, public Str {
   void Fill(char const* text, std::size_t length);
 
  private:
+  friend class corvane::internal::ResultRows;
+
   void Pad(char const* text, std::size_t length);
 
   unsigned capacity_;

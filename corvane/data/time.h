@@ -47,7 +47,8 @@ class CORVANE_API ASTime : public ASInt {
   /// The seconds of a text of the form "2004-07-01 13:45:00" (UTC): six decimal numbers are read at the positions 0,
   /// 5, 8, 11, 14 and 17; what stands between them is not looked at, and what follows is dropped. 0x80000000 (NULL) for
   /// a null pointer, a text of 18 characters or fewer, and a date outside the calendar (years 1400 to 9999).
-  /// Hours, minutes and seconds beyond their range roll over. The result is truncated to 32 bits. Throws nothing.
+  /// Hours, minutes and seconds beyond their range roll over; when one of them is negative, all of them count back. The
+  /// result is truncated to 32 bits. Throws nothing.
   static int YYMMDDtoInt(char const* text);
 };
 

@@ -1,5 +1,6 @@
 #include "corvane/mapping/attribute.h"
 
+#include <typeinfo>
 #include <utility>
 
 #include "corvane/data/data.h"
@@ -7,8 +8,9 @@
 
 namespace {
 
-// Room for an alias and, since most texts go on to be conditions, for a short operand behind the name.
-constexpr std::size_t kConditionRoom = 55;
+// Room for an alias and, since most texts go on to be conditions, for an operand behind the name and a second
+// condition.
+constexpr std::size_t kConditionRoom = 110;
 
 // Its size is all that is copied of a buffer, and that follows the value.
 std::unique_ptr<char[]> NewCryptBuffer(ASData const* data) {
@@ -20,6 +22,16 @@ std::unique_ptr<char[]> NewCryptBuffer(ASData const* data) {
 }  // namespace
 
 ASSimpleAttribute::~ASSimpleAttribute() = default;
+
+void ASSimpleAttribute::AppendTo(Str& out, char const* before) const {
+  if (typeid(*this) != typeid(ASAttribute)) {
+    Str const text = Query();
+    out << before << text;
+    return;
+  }
+  out << before;
+  static_cast<ASAttribute const*>(this)->AppendText(out);
+}
 
 ASAttribute::ASAttribute() : ASAttribute("") {}
 
@@ -60,12 +72,18 @@ ASAttribute& ASAttribute::Register(ASData* data, ASDomain* domain) {
 }
 
 Str ASAttribute::Query() const {
-  if (Domain() == nullptr) return Name();
   Str text;
   text.Reserve(kConditionRoom + Name().View().size());
-  Domain()->AppendAlias(text);
-  text << '.' << Name();
+  AppendText(text);
   return text;
+}
+
+void ASAttribute::AppendText(Str& out) const {
+  if (ASDomain const* const domain = Domain()) {
+    domain->AppendColumn(out, Name());
+  } else {
+    out << Name();
+  }
 }
 
 int ASAttribute::IsAutoIncKey() const {

@@ -35,6 +35,8 @@ class CORVANE_API ASSimpleAttribute {
   virtual ~ASSimpleAttribute();
   /// The text that stands for the column in a statement.
   virtual Str Query() const = 0;
+  /// Appends `before` and Query(), without a text of its own for an ASAttribute. Nothing when Query() throws.
+  void AppendTo(Str& out, char const* before = "") const;
 
   /// The value that holds the column; null until registered. Not owned.
   ASData* Data() const { return data_; }
@@ -252,6 +254,7 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
 
  private:
   friend class ASDomain;
+  friend class ASSimpleAttribute;
 
   struct Names {
     Names(Str const& ofColumn, Str const& forPeople) : name(ofColumn), label(forPeople) {}
@@ -262,6 +265,7 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   // A free-standing column of the same names and tag.
   ASAttribute(ASAttribute const& other, int flags);
 
+  void AppendText(Str& out) const;
   ASComparison Compare(corvane::Relation relation, corvane::Number const& number) const;
   ASComparison BetweenNumbers(corvane::Number const& low, corvane::Number const& high) const;
   ASComparison BetweenMixed(basic_type const& low, corvane::Number const& high) const;

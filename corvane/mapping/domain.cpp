@@ -1,6 +1,7 @@
 #include "corvane/mapping/domain.h"
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <typeinfo>
@@ -16,26 +17,14 @@
 #include "corvane/data/time.h"
 #include "corvane/data/value/exception.h"
 #include "corvane/data/vstr.h"
+#include "corvane/internal/number_text.h"
 #include "corvane/internal/same_kind.h"
+
+using corvane::internal::To;
 
 namespace {
 
 constexpr char const* kOwningLabel = "COPY";
-
-// The value as a `Value`, or a null pointer. One whose very class is `Column`, or else `Other`, is found without
-// searching its bases, which is most of what a cache's lookup would do otherwise.
-template <class Value, class Column, class Other = Column>
-Value const* To(ASData const& data) {
-  std::type_info const& type = typeid(data);
-  if (type == typeid(Column)) return static_cast<Column const*>(&data);
-  if (type == typeid(Other)) return static_cast<Other const*>(&data);
-  return dynamic_cast<Value const*>(&data);
-}
-
-template <class Value, class Column, class Other = Column>
-Value* To(ASData& data) {
-  return const_cast<Value*>(To<Value, Column, Other>(static_cast<ASData const&>(data)));
-}
 
 // A value whose type code says `Value`; the code of an application's class may promise what it is not.
 template <class Value, class Column = Value, class Other = Column>
@@ -233,22 +222,33 @@ Str ASDomain::Alias() const {
 
 Str ASDomain::Query(Str const& prefix, Str const& suffix) const {
   Str text;
-  AppendQuery(text, prefix, suffix);
+  AppendQuery(text, prefix.View(), suffix.View());
   return text;
 }
 
-void ASDomain::AppendAlias(Str& out) const {
-  auto const address = static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(this));
-  out << 'T' << (address < 0 ? -address : address);
+ASDomain::AliasText::AliasText(ASDomain const* record) {
+  auto const address = static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(record));
+  char number[corvane::internal::kNumberRoom];
+  std::size_t const digits =
+      corvane::internal::WriteNumber(number, static_cast<unsigned long long>(address < 0 ? -address : address));
+  text[0] = 'T';
+  std::memcpy(text + 1, number, digits);
+  length = static_cast<unsigned char>(1 + digits);
 }
 
-void ASDomain::AppendQuery(Str& out, Str const& prefix, Str const& suffix) const {
-  out << prefix;
+void ASDomain::AppendQuery(Str& out, std::string_view prefix, std::string_view suffix) const {
+  auto const append = [&out](std::string_view text) { out.Append(text.data(), text.size()); };
+  append(prefix);
   std::string_view rest = name_.View();
   for (std::size_t dot; (dot = rest.find('.')) != std::string_view::npos; rest.remove_prefix(dot + 1)) {
-    out.Append(rest.data(), dot) << prefix << '.' << suffix;
+    append(rest.substr(0, dot));
+    append(prefix);
+    out << '.';
+    append(suffix);
   }
-  out.Append(rest.data(), rest.size()) << suffix << ' ';
+  append(rest);
+  append(suffix);
+  out << ' ';
   AppendAlias(out);
 }
 

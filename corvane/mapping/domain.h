@@ -1,7 +1,9 @@
 #ifndef CORVANE_MAPPING_DOMAIN_H
 #define CORVANE_MAPPING_DOMAIN_H
 
+#include <cstring>
 #include <list>
+#include <string_view>
 
 #include "corvane/data/int.h"
 #include "corvane/data/value/str.h"
@@ -51,8 +53,8 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   /// `suffix`, a blank and the alias. With backticks "`shop`.`items` T140721".
   Str Query(Str const& prefix, Str const& suffix) const;
   /// Alias() and Query() without a text of their own.
-  void AppendAlias(Str& out) const;
-  void AppendQuery(Str& out, Str const& prefix, Str const& suffix) const;
+  void AppendAlias(Str& out) const { out.Append(alias_.text, alias_.length); }
+  void AppendQuery(Str& out, std::string_view prefix, std::string_view suffix) const;
 
   /// Sets every value NULL.
   void SetNull();
@@ -73,12 +75,32 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   bool operator>=(ASDomain const& other) const { return !(*this < other); }
 
  private:
+  friend class ASAttribute;
+
+  // Written once: a statement names its records more often than anything else.
+  struct AliasText {
+    explicit AliasText(ASDomain const* record);
+    char text[21] = {};  // "T" and 64 bits in decimal
+    unsigned char length;
+  };
+
+  // Appends Alias(), a dot and the name: a column of this record.
+  void AppendColumn(Str& out, Str const& name) const {
+    out.AppendWith(sizeof alias_.text + 1 + name.View().size(), [this, &name](char* const begin) {
+      std::memcpy(begin, alias_.text, sizeof alias_.text);  // all of it, which is quicker than what it has
+      char* const at = begin + alias_.length;
+      *at = '.';
+      std::memcpy(at + 1, name.str(), name.View().size());
+      return alias_.length + 1 + name.View().size();
+    });
+  }
   void CloneColumns(ASDomain const& other);
   void FreeColumns() noexcept;
 
   Str name_;
   Str label_;
   ASInt reserved_;
+  AliasText const alias_{this};
 };
 
 #endif

@@ -53,6 +53,8 @@ class CORVANE_API ASComparison {
   std::list<Str> const& JoinConditions() const { return joinConditions_; }
 
  private:
+  friend class ASFilter;
+
   void Name(ASDomain* domain);
   void Combine(char const* word, ASComparison const& other);
 

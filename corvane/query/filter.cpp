@@ -11,6 +11,8 @@ namespace {
 // Room for the fixed words and the tables of a statement; more is made when it does not suffice.
 constexpr std::size_t kStatementRoom = 160;
 
+constexpr char kWhere[] = " WHERE ";
+
 Str Wrapped(char const* word, Str const& statement) {
   Str text(word);
   text << " (" << statement << ')';
@@ -49,8 +51,12 @@ ASFilter& ASFilter::Set(ASComparison const& condition) {
   Merge(condition);
   projection_.joinPairs_ = condition.JoinPairs();
   projection_.joinConditions_ = condition.JoinConditions();
-  Str const text = condition.Query();
-  if (text.length() > 0) where_ = " WHERE " + text;
+  if (condition.text_.length() > 0) {
+    Str where;
+    where.Reserve(sizeof kWhere + condition.text_.View().size());
+    where << kWhere << condition.text_;
+    where_ = std::move(where);
+  }
   return *this;
 }
 
@@ -81,12 +87,18 @@ ASComparison ASFilter::NotExists() const { return ASComparison(Wrapped(" NOT EXI
 ASAttribute ASFilter::Select() const { return ASAttribute(Query()); }
 ASAttribute ASFilter::Any() const { return ASAttribute(Wrapped(" ANY", Query())); }
 
-Str ASFilter::Query() const {
+Str ASFilter::Query() const { return Rendered(0); }
+
+Str ASFilter::Rendered(std::size_t more) const {
   Str const& projected = projection_.projectText_;
   Str const& plain = projection_.groupText_;
-  Str const& grouped = groupProjection_.groupText_;
+  // Pinned: "DISTINCT " makes the select list the longer one, too; held by Filter.DistinctIsGroupedByAllItsColumns.
+  bool const groupsByPlain = plain.length() < projected.length() || having_.length() > 0;
+  Str const& explicitly = groupProjection_.groupText_;
+  Str const& grouped = explicitly.length() > 0 || !groupsByPlain ? explicitly : plain;
   Str text;
-  text.Reserve(kStatementRoom + 2 * projected.View().size() + where_.View().size() + having_.View().size());
+  text.Reserve(kStatementRoom + hint_.View().size() + projected.View().size() + where_.View().size() +
+               grouped.View().size() + having_.View().size() + more);
   text << "SELECT ";
   if (hint_.length() > 0) text << "/*+ " << hint_ << " */";
   if (projected.length() > 0) {
@@ -97,12 +109,7 @@ Str ASFilter::Query() const {
   text << " FROM ";
   projection_.AppendTo(text, "(", ")");
   text << where_;
-  if (grouped.length() > 0) {
-    text << " GROUP BY " << grouped;
-  } else if (plain.length() > 0 && (plain.length() < projected.length() || having_.length() > 0)) {
-    // Pinned: "DISTINCT " makes the select list the longer one, too; held by Filter.DistinctIsGroupedByAllItsColumns.
-    text << " GROUP BY " << plain;
-  }
+  if (grouped.length() > 0) text << " GROUP BY " << grouped;
   if (having_.length() > 0) text << ' ' << having_;
   return text;
 }

@@ -1,6 +1,8 @@
 #ifndef CORVANE_QUERY_FILTER_H
 #define CORVANE_QUERY_FILTER_H
 
+#include <cstddef>
+
 #include "corvane/data/value/str.h"
 #include "corvane/query/project.h"
 
@@ -69,6 +71,10 @@ class CORVANE_API ASFilter {
   void CopyWhole(ASFilter const& other);
 
  private:
+  friend class ASCursor;
+
+  // Query(), with room for so many more bytes.
+  Str Rendered(std::size_t more) const;
   void Merge(ASComparison const& condition);
 
   Str where_;

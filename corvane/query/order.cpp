@@ -10,15 +10,17 @@ using corvane::internal::sql::kSeparator;
 
 namespace {
 
-// `start`, the column and its direction.
-Str Directed(Str start, ASSimpleAttribute const& column, char const* direction) {
-  start << column.Query() << direction;
-  return start;
-}
+// Room for an alias, a name and a direction; more is made when it does not suffice.
+constexpr std::size_t kOrderRoom = 79;
 
-// Pinned: the separator stands behind an empty list, too; held by Order.ContinuingAnEmptyOrderWritesTheCommaAllTheSame.
-ASOrder Continued(ASOrder const& order, ASAttribute const& attribute, char const* direction) {
-  return ASOrder(Directed(order.Query() + kSeparator, attribute, direction));
+// `before`, the separator, the column and its direction.
+Str Directed(std::string_view before, char const* separator, ASSimpleAttribute const& column, char const* direction) {
+  Str text;
+  text.Reserve(before.size() + kOrderRoom);
+  text.Append(before.data(), before.size());
+  column.AppendTo(text, separator);
+  text << direction;
+  return text;
 }
 
 }  // namespace
@@ -29,18 +31,19 @@ ASOrder& ASOrder::operator<<(Str const& text) {
   return *this;
 }
 
-ASOrder ASAttribute::operator-() const { return ASOrder(Directed("", *this, kDescending)); }
-ASOrder ASGroupAttribute::operator-() const { return ASOrder(Directed("", *this, kDescending)); }
+ASOrder ASAttribute::operator-() const { return ASOrder(Directed("", "", *this, kDescending)); }
+ASOrder ASGroupAttribute::operator-() const { return ASOrder(Directed("", "", *this, kDescending)); }
 
+// Pinned: the separator stands behind an empty list, too; held by Order.ContinuingAnEmptyOrderWritesTheCommaAllTheSame.
 ASOrder operator-(ASOrder const& order, ASAttribute const& attribute) {
-  return Continued(order, attribute, kDescending);
+  return ASOrder(Directed(order.text_.View(), kSeparator, attribute, kDescending));
 }
 ASOrder operator+(ASOrder const& order, ASAttribute const& attribute) {
-  return Continued(order, attribute, kAscending);
+  return ASOrder(Directed(order.text_.View(), kSeparator, attribute, kAscending));
 }
 ASOrder& operator-(ASOrder& order, ASGroupAttribute const& aggregate) {
-  return order << Directed("", aggregate, kDescending);
+  return order << Directed("", "", aggregate, kDescending);
 }
 ASOrder& operator+(ASOrder& order, ASGroupAttribute const& aggregate) {
-  return order << Directed("", aggregate, kAscending);
+  return order << Directed("", "", aggregate, kAscending);
 }

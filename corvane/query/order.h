@@ -1,6 +1,8 @@
 #ifndef CORVANE_QUERY_ORDER_H
 #define CORVANE_QUERY_ORDER_H
 
+#include <utility>
+
 #include "corvane/data/value/str.h"
 
 class ASAttribute;
@@ -13,7 +15,7 @@ class CORVANE_API ASOrder {
   /// An empty list.
   ASOrder() = default;
   /// The text as it stands: a column's Query(), a position, or a whole list.
-  explicit ASOrder(Str const& text) : text_(text) {}
+  explicit ASOrder(Str text) : text_(std::move(text)) {}
 
   /// Appends the text, behind ", " unless the list is empty.
   ASOrder& operator<<(Str const& text);
@@ -21,6 +23,10 @@ class CORVANE_API ASOrder {
   Str Query() const { return text_; }
 
  private:
+  friend class ASCursor;
+  friend CORVANE_API ASOrder operator-(ASOrder const& order, ASAttribute const& attribute);
+  friend CORVANE_API ASOrder operator+(ASOrder const& order, ASAttribute const& attribute);
+
   Str text_;
 };
 

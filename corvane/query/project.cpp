@@ -1,6 +1,7 @@
 #include "corvane/query/project.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "corvane/data/data.h"
@@ -15,9 +16,11 @@ namespace {
 
 constexpr char const* kDistinct = "DISTINCT ";
 
-void AppendSeparated(Str& list, Str const& text) {
+// Room for a list of a few columns; more is made when it does not suffice.
+constexpr std::size_t kListRoom = 240;
+
+void AppendSeparator(Str& list) {
   if (list.length() > 0) list << sql::kSeparator;
-  list << text;
 }
 
 }  // namespace
@@ -38,35 +41,37 @@ ASProject& ASProject::operator=(ASProject const& other) {
 }
 
 ASProject& ASProject::operator<<(ASAttribute const& attribute) {
-  AppendPlain(attribute, attribute.Query());
+  AppendPlain(attribute, attribute);
   return *this;
 }
 
-void ASProject::AppendPlain(ASAttribute const& attribute, Str const& text) {
-  AppendSeparated(groupText_, text);
-  if (attribute.Data() != nullptr && attribute.Data()->GetType() == corvane::kTypeRealBlob) {
-    binaryPositions_.push_back(static_cast<int>(items_.size()));
+void ASProject::AppendPlain(ASAttribute const& listed, ASAttribute const& written) {
+  std::string_view const text = Append(listed, written);
+  if (groupText_.length() == 0) groupText_.Reserve(kListRoom);
+  AppendSeparator(groupText_);
+  groupText_.Append(text.data(), text.size());
+  if (listed.Data() != nullptr && listed.Data()->GetType() == corvane::kTypeRealBlob) {
+    binaryPositions_.push_back(static_cast<int>(items_.size()) - 1);
   }
-  Append(attribute, text);
 }
 
 // The text is the original's: it may be of a class that renders itself otherwise.
 ASProject& ASProject::operator<<(ASAttribute const&& attribute) {
   auto const kept = std::make_shared<ASAttribute>(attribute);
   kept_.push_back(kept);
-  AppendPlain(*kept, attribute.Query());
+  AppendPlain(*kept, attribute);
   return *this;
 }
 
 ASProject& ASProject::operator<<(ASGroupAttribute const& aggregate) {
-  Append(aggregate, aggregate.Query());
+  Append(aggregate, aggregate);
   return *this;
 }
 
 ASProject& ASProject::operator<<(ASGroupAttribute const&& aggregate) {
   auto const kept = std::make_shared<ASGroupAttribute>(aggregate);
   kept_.push_back(kept);
-  Append(*kept, aggregate.Query());
+  Append(*kept, aggregate);
   return *this;
 }
 
@@ -90,7 +95,8 @@ Str ASProject::ProjectForLimitInternalQuery() const {
   Str list;
   int number = 0;
   for (ASSimpleAttribute const* const item : items_) {
-    AppendSeparated(list, item->Query());
+    AppendSeparator(list);
+    item->AppendTo(list);
     list << " AS Q" << ++number;
   }
   return list;
@@ -106,8 +112,8 @@ Str ASProject::ProjectForLimitQuery() const {
 }
 
 void ASProject::setKW(Str const& prefix, Str const& suffix) const {
-  kwPrefix_ = prefix;
-  kwSuffix_ = suffix;
+  kwPrefix_ = prefix.View();
+  kwSuffix_ = suffix.View();
 }
 
 Str ASProject::JoinQuery() const {
@@ -122,12 +128,15 @@ Str ASProject::JoinForDeleteQuery() const {
   return text;
 }
 
-// Appends one column to the select list and lists it.
-void ASProject::Append(ASSimpleAttribute const& column, Str const& text) {
-  if (projectText_.length() > 0 && projectText_ != kDistinct) projectText_ << sql::kSeparator;
-  projectText_ << text;
-  items_.push_back(Item(column));
-  AddDomain(column.Domain());
+// Appends a column to the select list and lists it, or another one in its place; returns what was written.
+std::string_view ASProject::Append(ASSimpleAttribute const& listed, ASSimpleAttribute const& written) {
+  if (projectText_.length() == 0) projectText_.Reserve(kListRoom);
+  char const* const before = projectText_.length() > 0 && projectText_ != kDistinct ? sql::kSeparator : "";
+  std::size_t const begin = projectText_.View().size() + std::strlen(before);
+  written.AppendTo(projectText_, before);
+  items_.push_back(Item(listed));
+  AddDomain(listed.Domain());
+  return projectText_.View().substr(begin);
 }
 
 void ASProject::AddDomain(ASDomain* domain) {

@@ -3,6 +3,8 @@
 
 #include <list>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "corvane/data/value/str.h"
 #include "corvane/query/comparison.h"
@@ -71,8 +73,8 @@ class CORVANE_API ASProject {
   friend class ASCursor;
   friend class ASFilter;
 
-  void Append(ASSimpleAttribute const& column, Str const& text);
-  void AppendPlain(ASAttribute const& attribute, Str const& text);
+  std::string_view Append(ASSimpleAttribute const& listed, ASSimpleAttribute const& written);
+  void AppendPlain(ASAttribute const& listed, ASAttribute const& written);
   void AddDomain(ASDomain* domain);
   void AppendTo(Str& out, char const* open, char const* close) const;
   bool IsOptional(ASDomain const* domain) const;
@@ -82,8 +84,8 @@ class CORVANE_API ASProject {
 
   Str projectText_;
   Str groupText_;
-  mutable Str kwPrefix_;
-  mutable Str kwSuffix_;
+  mutable std::string kwPrefix_;  // short: these texts need no allocation
+  mutable std::string kwSuffix_;
   std::list<ASSimpleAttribute*> items_;          // not owned, or in kept_
   std::list<ASSimpleAttribute*> reservedItems_;  // keeps the layout; empty
   std::list<ASDomain*> domains_;                 // not owned

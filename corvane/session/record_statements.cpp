@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <typeinfo>
 
 #include "corvane/data/blob.h"
@@ -23,12 +24,15 @@
 #include "corvane/internal/number_text.h"
 #include "corvane/internal/same_kind.h"
 #include "corvane/internal/sql_text.h"
+#include "corvane/internal/time_text.h"
 #include "corvane/mapping/domain.h"
 #include "corvane/session/ardbms.h"
 
 using corvane::AppendEscaped;
 using corvane::internal::kLogFailures;
 using corvane::internal::Log;
+using corvane::internal::ParseInteger;
+using corvane::internal::To;
 using corvane::internal::sql::kAnd;
 using corvane::internal::sql::kSeparator;
 
@@ -58,11 +62,19 @@ bool AppendExactly(Str& out, ASData const& data) {
   return true;
 }
 
-// Appends getstr() of the library's own plain numbers, without a temporary; it needs no escaping. False, with nothing
-// appended, for all else and for NULL.
+bool AppendTime(Str& out, ASData const& data) {
+  auto const* const time = Exactly<ASTime>(data);
+  if (time == nullptr || time->IsNull() != 0) return false;
+  corvane::internal::AppendTime(out, *time);
+  return true;
+}
+
+// Appends getstr() of the library's own plain numbers and times, without a temporary; it needs no escaping. False, with
+// nothing appended, for all else and for NULL.
 bool AppendNumber(Str& out, ASData const& data) {
   switch (data.GetType()) {
     case corvane::kTypeInt:
+      if (data.GetDBType() == corvane::kDbTime) return AppendTime(out, data);
       return AppendExactly<ASInt, int>(out, data);
     case corvane::kTypeInt64:
       return AppendExactly<ASInt64, long>(out, data);
@@ -170,7 +182,7 @@ void AppendGeometry(Str& out, ASAttribute const& attribute, ASData const& data) 
 
 // Appends the characters of a text column, escaped, up to the first NUL.
 void AppendCharacters(Str& out, ASData const& data) {
-  auto const* const column = dynamic_cast<ASStr const*>(&data);
+  auto const* const column = To<ASStr, ASVStr, ASStr>(data);
   if (column == nullptr) return AppendEscapedText(out, data);
   AppendEscaped(out, column->str(), column->View().size());
 }
@@ -189,7 +201,7 @@ void AppendValue(Str& out, ASAttribute const& attribute) {
   if (dbType == corvane::kDbVStr || dbType == corvane::kDbStr) {
     AppendCharacters(out, *data);
   } else if (dbType == corvane::kDbRealBlob) {
-    auto const* const blob = dynamic_cast<RealBlob const*>(data);
+    auto const* const blob = To<RealBlob, ASRealBlob>(*data);
     if (blob == nullptr) corvane::internal::ThrowIncompatible("binary literal");
     AppendEscaped(out, static_cast<char const*>(blob->voidptr()), blob->Length());
   } else {
@@ -204,11 +216,12 @@ bool IsColumn(ASAttribute const* attribute) { return attribute != nullptr; }
 // Calls `part` for each attribute that `wanted` admits, and writes `first` before the first of them, `separator`
 // before the others.
 template <class Wanted, class Part>
-void AppendEach(Str& out, ASDomain const& record, char const* first, char const* separator, Wanted wanted, Part part) {
-  char const* before = first;
+void AppendEach(Str& out, ASDomain const& record, std::string_view first, std::string_view separator, Wanted wanted,
+                Part part) {
+  std::string_view before = first;
   for (ASAttribute const* const attribute : record) {
     if (!IsColumn(attribute) || !wanted(*attribute)) continue;
-    out << before;
+    out.Append(before.data(), before.size());
     part(*attribute);
     before = separator;
   }
@@ -221,9 +234,23 @@ bool Any(ASAttribute const&) { return true; }
 
 // Appends a name between the quotes of identifiers.
 struct Quoted {
-  Str const& prefix;
-  Str const& suffix;
-  void Append(Str& out, Str const& name) const { out << prefix << name << suffix; }
+  std::string_view prefix;
+  std::string_view suffix;
+  void Append(Str& out, Str const& name) const {
+    out.AppendWith(prefix.size() + name.View().size() + suffix.size(), [&](char* const begin) {
+      return static_cast<std::size_t>(Put(Put(Put(begin, prefix), name.View()), suffix) - begin);
+    });
+  }
+
+  // Quotes are one character.
+  static char* Put(char* at, std::string_view text) {
+    if (text.size() == 1) {
+      *at = text.front();
+    } else {
+      std::memcpy(at, text.data(), text.size());
+    }
+    return at + text.size();
+  }
 };
 
 // Appends the value of a key column through `append`, or its placeholder; nothing for a column without value.
@@ -257,14 +284,16 @@ Str StartStatement(ASDomain const& record) {
 }
 
 // The value as the class that its type code promises; an application's class may promise what it is not.
-template <class Value>
+template <class Value, class Column = Value, class Other = Column>
 Value& As(ASData& data) {
-  auto* const value = dynamic_cast<Value*>(&data);
+  auto* const value = To<Value, Column, Other>(data);
   if (value == nullptr) corvane::internal::ThrowIncompatible("ASSession::Fetch()");
   return *value;
 }
 
-int ParseInt(char const* text) { return corvane::internal::TruncateToInt(corvane::internal::ParseInteger(text)); }
+int ParseInt(char const* text, std::size_t length) {
+  return corvane::internal::TruncateToInt(ParseInteger(text, length));
+}
 
 // Takes a field of a result row over into a value. Numbers go straight into the storage, past the columns' own
 // assignment.
@@ -272,14 +301,15 @@ void FetchField(ASData& data, char const* field, std::size_t length) {
   if (field == nullptr) return data.SetNull();
   switch (data.GetType()) {
     case corvane::kTypeInt:
-      As<Int>(data).Int::operator=(data.GetDBType() == corvane::kDbTime ? ASTime::YYMMDDtoInt(field) : ParseInt(field));
+      As<Int, ASInt, ASTime>(data).Int::operator=(data.GetDBType() == corvane::kDbTime ? ASTime::YYMMDDtoInt(field)
+                                                                                       : ParseInt(field, length));
       return;
     case corvane::kTypeInt64:
-      As<Int64>(data).Int64::operator=(Int64::atoint64_t(field));
+      As<Int64, ASInt64>(data).Int64::operator=(static_cast<long>(ParseInteger(field, length)));
       return;
     case corvane::kTypeDouble:
     case corvane::kTypeDCurrency:
-      As<Double>(data).Double::operator=(corvane::internal::ParseDouble(field));
+      As<Double, ASDouble, ASDCurrency>(data).Double::operator=(corvane::internal::ParseDouble(field, length));
       return;
     case corvane::kTypeGuid:
       As<ASGuid>(data) = Guid(field);
@@ -288,7 +318,7 @@ void FetchField(ASData& data, char const* field, std::size_t length) {
       As<ASRealBlob>(data) = RealBlob(static_cast<unsigned>(length), field, NoCopy);
       return;
     case corvane::kTypeStr:
-      return As<ASStr>(data).Fill(field, strnlen(field, length));
+      return As<ASStr, ASVStr>(data).Fill(field, strnlen(field, length));
     default:
       break;
   }
@@ -299,7 +329,7 @@ void FetchField(ASData& data, char const* field, std::size_t length) {
 }  // namespace
 
 Str ASSession::InsertQuery(ASDomain const& record, int /*mode*/) const {
-  Quoted const quoted{kwPrefix_, kwSuffix_};
+  Quoted const quoted{kwPrefix_.View(), kwSuffix_.View()};
   Str text = StartStatement(record);
   text << "INSERT INTO ";
   quoted.Append(text, record.Name());
@@ -314,7 +344,7 @@ Str ASSession::InsertQuery(ASDomain const& record, int /*mode*/) const {
 }
 
 Str ASSession::SelectQuery(ASDomain const& record, int mode) const {
-  Quoted const quoted{kwPrefix_, kwSuffix_};
+  Quoted const quoted{kwPrefix_.View(), kwSuffix_.View()};
   Str text = StartStatement(record);
   text << "SELECT ";
   AppendEach(text, record, "", kSeparator, Any, [&](ASAttribute const& attribute) {
@@ -332,7 +362,7 @@ Str ASSession::SelectQuery(ASDomain const& record, int mode) const {
 }
 
 Str ASSession::UpdateQuery(ASDomain const& record, int mode) const {
-  Quoted const quoted{kwPrefix_, kwSuffix_};
+  Quoted const quoted{kwPrefix_.View(), kwSuffix_.View()};
   Str text = StartStatement(record);
   text << "UPDATE ";
   quoted.Append(text, record.Name());
@@ -347,7 +377,7 @@ Str ASSession::UpdateQuery(ASDomain const& record, int mode) const {
 }
 
 Str ASSession::DeleteQuery(ASDomain const& record, int mode) const {
-  Quoted const quoted{kwPrefix_, kwSuffix_};
+  Quoted const quoted{kwPrefix_.View(), kwSuffix_.View()};
   Str text = StartStatement(record);
   text << "DELETE FROM ";
   quoted.Append(text, record.Name());
@@ -358,7 +388,7 @@ Str ASSession::DeleteQuery(ASDomain const& record, int mode) const {
 
 // Pinned: columns without quotes and key values without escaping; held by SaveQuery.NamesAreBareAndKeysNotEscaped.
 Str ASSession::SaveQuery(ASDomain const& record, int mode) const {
-  Quoted const quoted{kwPrefix_, kwSuffix_};
+  Quoted const quoted{kwPrefix_.View(), kwSuffix_.View()};
   Str text = StartStatement(record);
   auto const appendColumns = [&] {
     AppendEach(text, record, "", kSeparator, Any, [&](ASAttribute const& attribute) { text << attribute.Name(); });

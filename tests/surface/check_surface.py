@@ -23,8 +23,8 @@ from pathlib import Path
 
 # Private members that leave the library all the same: inline members and templates in the headers call them.
 CALLED_FROM_HEADERS = {
+    "Str::AppendGrowing(char const*, unsigned long)": "Str::Append()",
     "Str::Extend(unsigned long)": "Str::AppendWith()",
-    "Str::InPlaceLength() const": "Str::View(), length() and the comparisons",
     "ASExpression::ASExpression(corvane::Number const&)": "the constructor from any number",
     "ASAttribute::Compare(corvane::Relation, corvane::Number const&) const": "the comparisons with any number",
     "ASAttribute::BetweenNumbers(corvane::Number const&, corvane::Number const&) const": "Between() of any numbers",

@@ -41,7 +41,13 @@ Str::Str(Str const& other) : basic_type() {
   if (!other.Null()) Assign(other.str(), other.Length());
 }
 
-Str::Str(Str&& other) : basic_type() { *this = std::move(other); }
+Str::Str(Str&& other) : basic_type() {
+  if (other.inPlace_) {
+    *this = static_cast<Str const&>(other);  // whose buffer stays with it
+  } else {
+    Swap(other);
+  }
+}
 
 Str::Str(int capacity) { Grow(capacity > 0 ? static_cast<std::size_t>(capacity) : 0); }
 
@@ -51,7 +57,9 @@ Str::Str(InPlace, std::size_t capacity) : capacity_(capacity), inPlace_(true) {
   if (text_ == nullptr) throw std::bad_alloc();
 }
 
-Str::~Str() { std::free(text_); }
+Str::~Str() {
+  if (text_ != nullptr) std::free(text_);  // most temporaries have been moved from
+}
 
 Str& Str::operator=(char const* text) {
   if (text == nullptr) {
@@ -83,9 +91,6 @@ Str& Str::operator=(Str&& other) {
   return *this;
 }
 
-Str& Str::operator<<(char const* text) { return text != nullptr ? Append(text, std::strlen(text)) : *this; }
-Str& Str::operator<<(Str const& text) { return !text.Null() ? Append(text.str(), text.Length()) : *this; }
-Str& Str::operator<<(char c) { return Append(&c, 1); }
 Str& Str::operator<<(double number) { return AppendNumber(*this, number); }
 Str& Str::operator<<(int number) { return AppendNumber(*this, static_cast<long long>(number)); }
 Str& Str::operator<<(unsigned number) { return AppendNumber(*this, static_cast<unsigned long long>(number)); }
@@ -94,18 +99,12 @@ Str& Str::operator<<(unsigned long number) { return AppendNumber(*this, static_c
 Str& Str::operator<<(long long number) { return AppendNumber(*this, number); }
 Str& Str::operator<<(unsigned long long number) { return AppendNumber(*this, number); }
 
-Str& Str::Append(char const* bytes, std::size_t length) {
+Str& Str::AppendGrowing(char const* bytes, std::size_t length) {
   if (inPlace_) return AppendInPlace(bytes, length);
-  if (text_ == nullptr || length > capacity_ - length_) {
-    bool const own = text_ != nullptr && bytes >= text_ && bytes <= text_ + length_;
-    std::size_t const offset = own ? static_cast<std::size_t>(bytes - text_) : 0;
-    Extend(length);
-    if (own) bytes = text_ + offset;
-  }
-  if (length > 0) std::memmove(text_ + length_, bytes, length);  // they may be the text's own
-  length_ += length;
-  text_[length_] = '\0';
-  return *this;
+  bool const own = text_ != nullptr && bytes >= text_ && bytes <= text_ + length_;
+  std::size_t const offset = own ? static_cast<std::size_t>(bytes - text_) : 0;
+  Extend(length);
+  return Append(own ? text_ + offset : bytes, length);
 }
 
 Str& Str::AppendInPlace(char const* bytes, std::size_t length) {
@@ -226,8 +225,6 @@ int Str::Find(std::string_view what, std::size_t from) const {
   return position != std::string_view::npos ? static_cast<int>(position) : -1;
 }
 
-std::size_t Str::InPlaceLength() const { return text_ != nullptr ? strnlen(text_, capacity_) : 0; }
-
 void Str::Assign(char const* bytes, std::size_t length) {
   if (inPlace_) {
     std::size_t const fitting = length < capacity_ ? length : capacity_;
@@ -255,7 +252,7 @@ void Str::Grow(std::size_t length) {
   if (text_ != nullptr && length <= capacity_) return;
   CheckLength(length);
   std::size_t const room = length < kSmallestRoom ? kSmallestRoom : length;
-  auto* const grown = static_cast<char*>(std::realloc(text_, room + 1));
+  auto* const grown = static_cast<char*>(text_ != nullptr ? std::realloc(text_, room + 1) : std::malloc(room + 1));
   if (grown == nullptr) throw std::bad_alloc();
   text_ = grown;
   text_[length_] = '\0';

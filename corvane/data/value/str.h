@@ -1,7 +1,10 @@
 #ifndef CORVANE_DATA_VALUE_STR_H
 #define CORVANE_DATA_VALUE_STR_H
 
+#include <string.h>  // strnlen
+
 #include <cstddef>
+#include <cstring>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -44,9 +47,9 @@ class CORVANE_API Str : public virtual basic_type {
   /// null text non-null. Integers are written in decimal. Doubles are written with the fewest digits that read back
   /// as the same number: plain decimal notation for 0 and 1e-6 <= |x| < 1e17, with an exponent outside that range
   /// ("1e+17"); never dependent on the locale. A text may be appended to itself.
-  Str& operator<<(char const* text);
-  Str& operator<<(Str const& text);
-  Str& operator<<(char c);
+  Str& operator<<(char const* text) { return text != nullptr ? Append(text, std::strlen(text)) : *this; }
+  Str& operator<<(Str const& text) { return text.Null() ? *this : Append(text.str(), text.Length()); }
+  Str& operator<<(char c) { return Append(&c, 1); }
   Str& operator<<(double number);
   Str& operator<<(int number);
   Str& operator<<(unsigned number);
@@ -56,7 +59,13 @@ class CORVANE_API Str : public virtual basic_type {
   Str& operator<<(unsigned long long number);
 
   /// Appends `length` bytes as they stand.
-  Str& Append(char const* bytes, std::size_t length);
+  Str& Append(char const* bytes, std::size_t length) {
+    if (inPlace_ || text_ == nullptr || length > capacity_ - length_) return AppendGrowing(bytes, length);
+    if (length > 0) std::memmove(text_ + length_, bytes, length);  // they may be the text's own
+    length_ += length;
+    text_[length_] = '\0';
+    return *this;
+  }
   /// Makes room for `extra` more bytes, calls `write(char* at)`, which returns how many bytes it wrote there
   /// (at most `extra`), and takes these into the text. For appending without a temporary.
   template <class Writer>
@@ -144,7 +153,8 @@ class CORVANE_API Str : public virtual basic_type {
   }
   bool Null() const { return inPlace_ ? null_ : text_ == nullptr; }
   std::size_t Length() const { return inPlace_ ? InPlaceLength() : length_; }
-  std::size_t InPlaceLength() const;
+  std::size_t InPlaceLength() const { return text_ != nullptr ? strnlen(text_, capacity_) : 0; }
+  Str& AppendGrowing(char const* bytes, std::size_t length);
   Str& AppendInPlace(char const* bytes, std::size_t length);
   int Find(std::string_view what, std::size_t from) const;
   void Grow(std::size_t length);
@@ -176,7 +186,7 @@ Str& Str::AppendWith(std::size_t extra, Writer&& write) {
     part.AppendWith(extra, std::forward<Writer>(write));
     return *this << part;
   }
-  char* const at = Extend(extra);
+  char* const at = text_ != nullptr && extra <= capacity_ - length_ ? text_ + length_ : Extend(extra);
   std::size_t const written = write(at);
   length_ += written;
   at[written] = '\0';

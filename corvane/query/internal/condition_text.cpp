@@ -1,6 +1,8 @@
 #include "corvane/query/internal/condition_text.h"
 
-#include <utility>
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
 
 #include "corvane/data/literal.h"
 #include "corvane/internal/sql_text.h"
@@ -51,7 +53,8 @@ Str ComparisonText(ASSimpleAttribute const& column, Relation relation, char cons
 
 Str ColumnsText(ASSimpleAttribute const& column, char const* word, ASSimpleAttribute const& other, char const* end) {
   Str text = column.Query();
-  text << word << other.Query() << end;
+  other.AppendTo(text, word);
+  text << end;
   return text;
 }
 
@@ -73,10 +76,21 @@ void Combine(Str& text, char const* word, Str const& other) {
     text = other;
     return;
   }
-  Str combined;
-  combined.Reserve(text.View().size() + other.View().size() + sizeof "() AND ()");
-  combined << '(' << text << ')' << word << '(' << other << ')';
-  text = std::move(combined);
+  if (&text == &other) return Combine(text, word, Str(other));
+  std::size_t const length = text.View().size();
+  std::size_t const wordLength = std::strlen(word);
+  std::size_t const otherLength = other.View().size();
+  text.AppendWith(sizeof "()()" + wordLength + otherLength, [&](char* end) {
+    std::memmove(end - length + 1, end - length, length);
+    end[-static_cast<std::ptrdiff_t>(length)] = '(';
+    char* at = end + 1;
+    *at++ = ')';
+    at = std::copy_n(word, wordLength, at);
+    *at++ = '(';
+    at = std::copy_n(other.str(), otherLength, at);
+    *at++ = ')';
+    return static_cast<std::size_t>(at - end);
+  });
 }
 
 void AppendQuoted(Str& out, std::string_view text) {

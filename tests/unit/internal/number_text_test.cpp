@@ -1,8 +1,6 @@
 #include "corvane/internal/number_text.h"
 
 #include <gtest/gtest.h>
-#include <locale.h>  // newlocale
-#include <stdlib.h>  // strtod_l
 
 #include <climits>
 #include <clocale>
@@ -12,9 +10,10 @@
 #include <cstring>
 #include <limits>
 #include <locale>
-#include <random>
 #include <string>
 #include <vector>
+
+#include "tests/unit/internal/number_probes.h"
 
 namespace {
 
@@ -24,42 +23,23 @@ using corvane::internal::ParseDouble;
 using corvane::internal::ParseInteger;
 using corvane::internal::TruncateToInt;
 using corvane::internal::WriteFixed;
-using corvane::internal::WriteNumber;
+using corvane::test::Random;
+using corvane::test::Same;
+using corvane::test::StandardDouble;
+using corvane::test::StandardInteger;
+using corvane::test::Written;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr std::uint64_t kSeed = 20240229;
-
-template <class Number>
-std::string Written(Number number) {
-  char room[kNumberRoom];
-  return std::string(room, WriteNumber(room, number));
-}
 
 std::string Fixed(double number) {
   char room[kFixedRoom];
   return std::string(room, WriteFixed(room, number));
 }
 
-// What the C library reads in the "C" locale, whatever the locale in force.
-locale_t CLocale() {
-  static locale_t const c = newlocale(LC_ALL_MASK, "C", nullptr);
-  return c;
-}
-
-double StandardDouble(std::string const& text) { return strtod_l(text.c_str(), nullptr, CLocale()); }
-
-long long StandardInteger(std::string const& text) { return strtoll_l(text.c_str(), nullptr, 10, CLocale()); }
-
 // Reads a text in just as much memory as it needs, so that a sanitizer sees what is read behind its end.
 long long ReadCopy(std::string const& text) {
   std::vector<char> const copy(text.c_str(), text.c_str() + text.size() + 1);
   return ParseInteger(copy.data());
-}
-
-std::uint64_t BitsOf(double number) {
-  std::uint64_t bits = 0;
-  std::memcpy(&bits, &number, sizeof bits);
-  return bits;
 }
 
 double FromBits(std::uint64_t bits) {
@@ -68,41 +48,20 @@ double FromBits(std::uint64_t bits) {
   return number;
 }
 
-// The same double: bit by bit, or a NaN as well.
-testing::AssertionResult Same(double read, double expected) {
-  if (std::isnan(expected) ? std::isnan(read) : BitsOf(read) == BitsOf(expected)) return testing::AssertionSuccess();
-  return testing::AssertionFailure() << Written(read) << " instead of " << Written(expected);
+// A text with the shape of a number, some of its parts missing or wrong.
+std::string NumberLike(Random& random) {
+  std::string text = random.Text(" \t\n\v\f\r", 2);
+  text += random.Text("+-", random.Below(8) == 0 ? 2 : 1);
+  text += random.Below(16) == 0 ? random.Text("0", 30) : std::string();
+  text += random.Text("0123456789", random.Below(8) == 0 ? 400 : 21);
+  text += random.Below(2) == 0 ? random.Text(".,", 1) + random.Text("0123456789", random.Below(8) == 0 ? 400 : 20)
+                               : std::string();
+  text += random.Below(2) == 0
+              ? random.Text("eE", 1) + random.Text("+-", 1) + random.Text("0123456789", random.Below(8) == 0 ? 6 : 3)
+              : std::string();
+  text += random.Below(4) == 0 ? random.Text(" abcxX.,+-'", 3) : std::string();
+  return text;
 }
-
-class Random {
- public:
-  std::uint64_t Bits() { return generator_(); }
-  std::uint64_t Below(std::uint64_t limit) { return generator_() % limit; }
-
-  char AnyOf(std::string const& alphabet) { return alphabet[Below(alphabet.size())]; }
-
-  // Up to `longest` characters of `alphabet`.
-  std::string Text(std::string const& alphabet, std::uint64_t longest) {
-    std::string text;
-    for (std::uint64_t left = Below(longest + 1); left > 0; --left) text += AnyOf(alphabet);
-    return text;
-  }
-
-  // A text with the shape of a number, some of its parts missing or wrong.
-  std::string NumberLike() {
-    std::string text = Text(" \t\n\v\f\r", 2);
-    text += Text("+-", Below(8) == 0 ? 2 : 1);
-    text += Below(16) == 0 ? Text("0", 30) : std::string();
-    text += Text("0123456789", Below(8) == 0 ? 400 : 21);
-    text += Below(2) == 0 ? Text(".,", 1) + Text("0123456789", Below(8) == 0 ? 400 : 20) : std::string();
-    text += Below(2) == 0 ? Text("eE", 1) + Text("+-", 1) + Text("0123456789", Below(8) == 0 ? 6 : 3) : std::string();
-    text += Below(4) == 0 ? Text(" abcxX.,+-'", 3) : std::string();
-    return text;
-  }
-
- private:
-  std::mt19937_64 generator_{kSeed};
-};
 
 // A double of any bits, NaN and infinities left out.
 double AnyFinite(Random& random) {
@@ -126,7 +85,7 @@ std::string SignificantDigits(std::string const& text) {
 void ReadIntegersAsTheCLibraryDoes() {
   Random random;
   for (int i = 0; i < 200000; ++i) {
-    std::string const text = random.NumberLike();
+    std::string const text = NumberLike(random);
     ASSERT_EQ(ParseInteger(text.c_str()), StandardInteger(text)) << "'" << text << "'";
   }
 }
@@ -142,7 +101,7 @@ void ReadIntegersOutOfNoiseAsTheCLibraryDoes() {
 void ReadDoublesAsTheCLibraryDoes() {
   Random random;
   for (int i = 0; i < 200000; ++i) {
-    std::string const text = random.NumberLike();
+    std::string const text = NumberLike(random);
     ASSERT_TRUE(Same(ParseDouble(text.c_str()), StandardDouble(text))) << "'" << text << "'";
   }
 }
@@ -257,13 +216,6 @@ TEST(NumberText, WritesWordsForWhatIsNoNumber) {
   EXPECT_EQ(Written(kInfinity), "inf");
   EXPECT_EQ(Written(-kInfinity), "-inf");
   EXPECT_EQ(Written(std::fabs(std::numeric_limits<double>::quiet_NaN())), "nan");
-}
-
-TEST(NumberText, WritesNoTerminator) {
-  char room[kNumberRoom];
-  std::memset(room, '#', sizeof room);
-  EXPECT_EQ(WriteNumber(room, 42LL), 2U);
-  EXPECT_EQ(std::string(room, 3), "42#");
 }
 
 TEST(NumberText, NeedsNoMoreThanItsRoom) {

@@ -15,6 +15,7 @@ using corvane::test::Cities;
 using corvane::test::Customers;
 using corvane::test::Described;
 using corvane::test::Orders;
+using corvane::test::Sql;
 
 namespace {
 
@@ -269,6 +270,116 @@ TEST_F(Comparison, AnEmptyOneCombinedWithItselfStaysEmpty) {
 }
 
 // ---- Copies and assignment ----
+
+TEST_F(Comparison, CombinesWithItselfAgainAndAgain) {
+  ASComparison condition = total == 1;
+  condition&& condition;
+  condition || condition;
+  EXPECT_EQ(All(condition), "[((o.total=1) AND (o.total=1)) OR ((o.total=1) AND (o.total=1))] o");
+}
+
+TEST_F(Comparison, CombinesWithItselfWhereItsTextIsLong) {
+  std::string const text(3000, 'x');
+  ASComparison both(Str(text), nullptr, nullptr);
+  both&& both;
+  EXPECT_EQ(both.Query().ToString(), "(" + text + ") AND (" + text + ")");
+  ASComparison either(Str(text), nullptr, nullptr);
+  either || either;
+  EXPECT_EQ(either.Query().ToString(), "(" + text + ") OR (" + text + ")");
+}
+
+TEST_F(Comparison, CombinesTextsOfEveryLength) {
+  for (std::size_t left = 1; left < 90; ++left) {
+    for (std::size_t right = 1; right < 90; right += 4) {
+      std::string const a(left, 'a');
+      std::string const b(right, 'b');
+      ASComparison both(Str(a), nullptr, nullptr);
+      both&& ASComparison(Str(b), nullptr, nullptr);
+      ASSERT_EQ(both.Query().ToString(), "(" + a + ") AND (" + b + ")");
+      ASComparison either(Str(a), nullptr, nullptr);
+      either || ASComparison(Str(b), nullptr, nullptr);
+      ASSERT_EQ(either.Query().ToString(), "(" + a + ") OR (" + b + ")");
+    }
+  }
+}
+
+TEST_F(Comparison, AChainToTheLeftNestsAsDeepAsItIsLong) {
+  ASComparison chain = total == 0;
+  std::string expected = "o.total=0";
+  for (int i = 1; i <= 1000; ++i) {
+    chain&& total == i;
+    expected = "(" + expected + ") AND (o.total=" + std::to_string(i) + ")";
+  }
+  EXPECT_EQ(All(chain), "[" + expected + "] o");
+}
+
+TEST_F(Comparison, AChainOfBothWordsNestsAsDeepAsItIsLong) {
+  ASComparison chain(empty);
+  std::string expected = "o.total=0";
+  chain || total == 0;
+  for (int i = 1; i <= 500; ++i) {
+    if (i % 2 == 0) {
+      chain&& total == i;
+    } else {
+      chain || total == i;
+    }
+    chain&& empty;
+    expected = "(" + expected + (i % 2 == 0 ? ") AND (o.total=" : ") OR (o.total=") + std::to_string(i) + ")";
+  }
+  EXPECT_EQ(All(chain), "[" + expected + "] o");
+}
+
+TEST_F(Comparison, AChainToTheRightNestsAsDeepAsItIsLong) {
+  ASComparison chain = total == 0;
+  std::string expected = "o.total=0";
+  for (int i = 1; i <= 300; ++i) {
+    ASComparison const before(chain);
+    ASComparison next = total == i;
+    next&& before;
+    chain = next;
+    expected = "(o.total=" + std::to_string(i) + ") AND (" + expected + ")";
+  }
+  EXPECT_EQ(All(chain), "[" + expected + "] o");
+}
+
+TEST_F(Comparison, LeavesTheRightSideAsItWasWhateverItsLength) {
+  ASComparison const right(Str(std::string(3000, 'r')), &c, nullptr);
+  ASComparison left = total == 1;
+  left&& right;
+  left || right;
+  EXPECT_EQ(All(right), "[" + std::string(3000, 'r') + "] c");
+}
+
+TEST_F(Comparison, CombinesTextsWithNuls) {
+  ASComparison left(Str("a\0b", 3), nullptr, nullptr);
+  left&& ASComparison(Str("c\0d", 3), nullptr, nullptr);
+  EXPECT_EQ(left.Query().ToString(), std::string("(a\0b) AND (c\0d)", 15));
+}
+
+TEST_F(Comparison, ANullSideCombinedWithItselfStaysEmpty) {
+  ASComparison null(Str(), nullptr, nullptr);
+  null&& null;
+  null || null;
+  EXPECT_EQ(All(null), "[]");
+}
+
+TEST_F(Comparison, TheCombinationWithAnEmptySideStandsOnItsOwn) {
+  ASComparison right = total == 1;
+  ASComparison left(empty);
+  left&& right;
+  right&& total == 2;
+  EXPECT_EQ(All(left), "[o.total=1] o");
+}
+
+TEST_F(Comparison, ConditionsOfAggregatesCombineWithThemselves) {
+  std::unique_ptr<ASGroupAttribute> const sum(total.Sum());
+  ASGroupComparison both = *sum > 1;
+  both&& both;
+  ASGroupComparison either = *sum > 1;
+  either || either;
+  EXPECT_EQ(Sql(both, {{&o, "o"}}), "(SUM(o.total)>1) AND (SUM(o.total)>1)");
+  EXPECT_EQ(Sql(either, {{&o, "o"}}), "(SUM(o.total)>1) OR (SUM(o.total)>1)");
+}
 
 TEST_F(Comparison, ACopyHasEverything) {
   ASComparison const original = ASComparison("text", &o, &c) && ASComparison::OuterJoin("on", &o, &t);

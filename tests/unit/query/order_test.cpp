@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "tests/support/sql.h"
 
@@ -70,6 +71,41 @@ TEST_F(Order, KeepsNoHoldOfTheText) {
   order << text;
   text << "b";
   EXPECT_EQ(order.Query(), "a, a");
+}
+
+TEST_F(Order, TakesOverATextThatIsMoved) {
+  Str text("a text long enough to have a block of its own, DESC");
+  ASOrder order(std::move(text));
+  text = "b";
+  order << text;
+  EXPECT_EQ(order.Query(), "a text long enough to have a block of its own, DESC, b");
+}
+
+TEST_F(Order, TakesATextThatIsNull) {
+  ASOrder order{Str()};
+  EXPECT_EQ(order.Query(), "");
+  order << "a";
+  EXPECT_EQ(order.Query(), "a");
+}
+
+TEST_F(Order, LeavesTheTextOfAColumnThatIsMoved) {
+  ASVStr column(8);
+  column = "1 DESC";
+  ASOrder const order(std::move(static_cast<Str&>(column)));
+  EXPECT_EQ(order.Query(), "1 DESC");
+  EXPECT_STREQ(column.str(), "1 DESC");
+}
+
+TEST_F(Order, ContinuesALongTextWhole) {
+  std::string const text(3000, 'x');
+  EXPECT_EQ(Text(ASOrder(Str(text)) - o.idColumn), text + ", o.id DESC");
+}
+
+TEST_F(Order, ContinuesItself) {
+  ASOrder order("a");
+  order = order - o.idColumn;
+  order = order + o.idColumn;
+  EXPECT_EQ(Text(order), "a, o.id DESC, o.id ASC");
 }
 
 TEST_F(Order, CopyStandsOnItsOwn) {

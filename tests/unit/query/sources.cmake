@@ -8,6 +8,7 @@ target_sources(unit_tests PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/group_attribute_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/group_comparison_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/order_test.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/overridden_column_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/project_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/setter_test.cpp
 )
