@@ -2,7 +2,6 @@
 #define CORVANE_CACHE_MAP_BUFFER_H
 
 #include <cstddef>
-#include <deque>
 #include <memory>
 #include <vector>
 
@@ -19,10 +18,12 @@ class CORVANE_API MapBuffer {
   ~MapBuffer();
 
   /// The block, of at least `size` bytes; it may have moved. It grows to the next multiple of the page size (at most
-  /// INT_MAX), keeping its content, and never shrinks. The first block is zero-filled, what is added later is not
-  /// initialised. A negative size counts as 0. Throws AException "Out of memory for the row buffer. ", block and
-  /// capacity then being as before.
+  /// INT_MAX), keeping its content; what is added is zero-filled. A negative size counts as 0. Throws AException "Out
+  /// of memory for the row buffer. ", block and capacity then being as before.
   void* Get(int size);
+  /// Gives back the pages behind the first `size` bytes, unless the system refuses; does nothing when there are none,
+  /// or for a size of 0 or less. The block may have moved. Throws nothing.
+  void Fit(int size);
   /// The block; a null pointer before the first Get() of more than 0 bytes.
   void* GetBegin() const { return data_; }
   /// Its size in bytes.
@@ -34,9 +35,13 @@ class CORVANE_API MapBuffer {
   unsigned char const* KeepBytes(void const* bytes, std::size_t length);
 
  private:
-  void* data_ = nullptr;  // owned (malloc)
+  bool Resize(std::size_t size);
+  void Free();
+  unsigned char* Take(std::size_t length);
+
+  void* data_ = nullptr;  // owned
   int capacity_ = 0;
-  std::deque<RealBlob> blobs_;
+  bool ownPages_ = false;  // the block is mapped by itself; else it is malloc's
   std::vector<std::unique_ptr<unsigned char[]>> chunks_;
   unsigned char* chunk_ = nullptr;  // where the last chunk goes on
   std::size_t chunkRoom_ = 0;

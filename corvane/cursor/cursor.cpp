@@ -11,6 +11,7 @@
 #include "corvane/cursor/internal/statement_record.h"
 #include "corvane/data/value/exception.h"
 #include "corvane/internal/client_library.h"
+#include "corvane/internal/number_text.h"
 #include "corvane/internal/sql_text.h"
 #include "corvane/mapping/domain.h"
 #include "corvane/query/order.h"
@@ -21,6 +22,9 @@ using corvane::internal::ResultRows;
 using corvane::internal::StatementRecord;
 
 namespace {
+
+constexpr char kOrderBy[] = " ORDER BY ";
+constexpr std::size_t kOrderRoom = sizeof kOrderBy;
 
 void CheckSession(ASSession const* session) {
   if (session == nullptr) throw AException("There is no session for cursor. ");
@@ -47,15 +51,17 @@ ASCursor::~ASCursor() {
 }
 
 ASCursor& ASCursor::Limit(unsigned count, unsigned offset) {
-  limit_ = " LIMIT ";
-  limit_ << count;
-  if (offset != 0) limit_ << " OFFSET " << offset;
+  Str limit;
+  limit.Reserve(sizeof " LIMIT  OFFSET " + 2 * corvane::internal::kNumberRoom);
+  limit << " LIMIT " << count;
+  if (offset != 0) limit << " OFFSET " << offset;
+  limit_ = std::move(limit);
   return *this;
 }
 
 void ASCursor::Order(ASOrder const& order) {
   if (order_.length() > 0) order_ << corvane::internal::sql::kSeparator;
-  order_ << order.Query();
+  order_ << order.text_;
 }
 
 ASCursor& ASCursor::Union(ASFilter const& other) { return Append(" UNION ", other); }
@@ -79,9 +85,9 @@ void ASCursor::SetKeywords(ASFilter const& filter) const {
 Str ASCursor::Query() const {
   if (raw_.length() > 0) return raw_;
   SetKeywords(*this);
-  Str text = ASFilter::Query();
+  Str text = Rendered(setOperations_.View().size() + order_.View().size() + limit_.View().size() + kOrderRoom);
   text << setOperations_;
-  if (order_.length() > 0) text << " ORDER BY " << order_;
+  if (order_.length() > 0) text << kOrderBy << order_;
   text << limit_;
   return text;
 }
@@ -164,11 +170,15 @@ void ASCursor::Open(int, int) {
   CheckSession(session_);
   Guarded([this] {
     Execute(Query());
-    ResultPtr const result(session_->FetchMultiple());
+    // The client library's own copy of all rows is saved where nobody needs it: a raw text may give several results,
+    // and its columns may have to be as long as the longest value.
+    ResultPtr const result(raw_.length() > 0 ? session_->FetchMultiple() : session_->FetchUnstored());
     if (statement_ != nullptr) statement_->Resize(result.get());
     auto rows = std::make_unique<ResultRows>(Project().items_, Project().kept_);
     auto buffer = std::make_unique<MapBuffer>();
-    rowCount_ = rows->Read(result.get(), *buffer);
+    int const count = rows->Read(result.get(), *buffer);
+    if (session_->HasError()) throw AException("MySQL fetch error. ");  // the rest never came
+    rowCount_ = count;
     rows_ = std::move(rows);
     buffer_ = std::move(buffer);
   });
@@ -186,8 +196,9 @@ int ASCursor::Fetch(int row) {
   return currentRow_ = row + 1;
 }
 
-int ASCursor::Fetch(ASDomain& record) {
-  if (IsOpen()) return Fetch();
+int ASCursor::Fetch(ASDomain& record) { return IsOpen() ? Fetch() : FetchFirst(record); }
+
+int ASCursor::FetchFirst(ASDomain& record) {
   ASProject before(Project());
   try {
     for (ASAttribute const* const attribute : record) {

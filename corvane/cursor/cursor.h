@@ -28,9 +28,9 @@ class StatementRecord;
 ///
 /// The query is the filter that the cursor is, with what only a cursor has: ORDER BY, LIMIT, UNION and the like; or a
 /// raw text given to Statement(). It runs once, when the cursor opens: by Open(), or by the first Fetch(),
-/// FetchSingle(), GetAmount() or Reset(). The whole result is read then, and the connection is free for other
-/// statements. What is changed on the filter afterwards shows in Query() alone; which columns there are is settled when
-/// it opens.
+/// FetchSingle(), GetAmount() or Reset(). The whole result is read then, straight from the connection, which is free
+/// for other statements afterwards. What is changed on the filter afterwards shows in Query() alone; which columns
+/// there are is settled when it opens.
 ///
 /// Columns, values and session are not owned. They must outlive the open cursor and stay where they are. A column that
 /// is bound to another value of the same type meanwhile is read into that; one that is bound to none, or to another
@@ -140,6 +140,7 @@ class CORVANE_API ASCursor : public virtual ASFilter {
 
   void SetKeywords(ASFilter const& filter) const;
   ASCursor& Append(char const* word, ASFilter const& other);
+  int FetchFirst(ASDomain& record);
   bool IsOpen() const { return buffer_ != nullptr; }
   void Close();
   void Execute(Str const& statement);

@@ -370,6 +370,12 @@ MYSQL_RES* ASSession::FetchMultiple() {
   return result;
 }
 
+MYSQL_RES* ASSession::FetchUnstored() {
+  MYSQL_RES* const result = mainHandle_ != nullptr ? mysql_use_result(mainHandle_) : nullptr;
+  if (result == nullptr) throw AException("MySQL fetch error. ");
+  return result;
+}
+
 void ASSession::Commit() {
   Str const statement("COMMIT");
   LogTransaction(debugLevel_, Address(), statement);

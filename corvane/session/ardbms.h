@@ -163,6 +163,8 @@ class CORVANE_API ASSession {
   void AdmitUntaken();
   void AdmitUntakenOf(Str const& statement);
   void DropUntaken();
+  // FetchMultiple() for a result that is read to its end before anything else is sent: the rows come in one by one.
+  MYSQL_RES* FetchUnstored();
   bool HasError() const;
   bool Query(Str const& statement);
   void Start();

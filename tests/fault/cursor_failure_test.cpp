@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <new>
 #include <string>
@@ -102,24 +103,47 @@ TEST_F(CursorFailure, OfAStatementWithoutResultIsAFetchError) {
   ExpectClosedAndUsable();
 }
 
-TEST_F(CursorFailure, OfAResultThatIsLostIsAFetchError) {
-  Answer(1, {{"1"}}).Times(3);
+// The client library leaves the result on the connection then, which the next statement therefore opens anew.
+TEST_F(CursorFailure, OfAResultThatThereIsNoMemoryForIsAFetchError) {
+  ReopenWith({{"AutoCommit", "on"}});
+  Answer(1, {{"1"}});
+  client.FailUseResult(2008, "Client run out of memory");
+  EXPECT_EQ(ThrownBy([&] { cursor.Open(); }), (Thrown{0, "MySQL fetch error. "}));
+  EXPECT_EQ(cursor.GetUURecord(0), nullptr);
+  Answer(1, {{"5"}}).Matching("SELECT");
+  EXPECT_EQ(cursor.Fetch(), 1);
+  EXPECT_EQ(a.value, 5);
+  EXPECT_THAT(client.Calls(), ElementsAre("query SELECT a FROM ", "use_result", "query SELECT a FROM ", "close", "init",
+                                          "connect '' '' '' '' 0", "query SET AUTOCOMMIT=1", "query SELECT a FROM ",
+                                          "use_result", "free_result"));
+}
+
+TEST_F(CursorFailure, OfAStatementsResultThatIsLostIsAFetchError) {
+  Answer(1, {{"1"}}).Times(4);
   client.FailStoreResult(2013, "lost");
   client.FailStoreResult(1317, "interrupted").After(1);
-  client.FailStoreResult(2008, "out of memory").After(2);
-  EXPECT_EQ(ThrownBy([&] { cursor.Open(); }), (Thrown{0, "MySQL fetch error. "}));
-  EXPECT_EQ(ThrownBy([&] { cursor.Open(); }), (Thrown{0, "MySQL fetch error. "}));
-  EXPECT_EQ(ThrownBy([&] { cursor.Open(); }), (Thrown{0, "MySQL fetch error. "}));
+  client.FailStoreResult(2008, "out of memory").After(3);
+  ASCursor raw(session);
+  EXPECT_EQ(ThrownBy([&] { raw.Statement("SELECT 1"); }), (Thrown{0, "MySQL fetch error. "}));
+  EXPECT_EQ(ThrownBy([&] { raw.Statement("SELECT 1"); }), (Thrown{0, "MySQL fetch error. "}));
+  EXPECT_EQ(ThrownBy([&] { raw.Statement("SELECT 1"); }), (Thrown{0, "MySQL fetch error. "}));
+  EXPECT_EQ(raw.GetUURecord(0), nullptr);
+  EXPECT_THAT(raw.Project().Items(), IsEmpty());
   ExpectClosedAndUsable();
 }
 
 // ---- its size
 
+constexpr char const* kTooLarge = "Result is too large for the row buffer. ";
+
 class CursorFailureOfRows : public CursorFailure, public testing::WithParamInterface<std::uint64_t> {};
 
+// The result of a raw text is stored: it says how many rows it has.
 TEST_P(CursorFailureOfRows, ThatDoNotFitIsReportedBeforeAnyIsRead) {
-  Answer(1, {{"1"}, {"2"}}).AnnouncedRows(GetParam());
-  EXPECT_EQ(ThrownBy([&] { cursor.Open(); }), (Thrown{0, "Result is too large for the row buffer. "}));
+  Answer(1, {{"1"}, {"2"}}).Times(2).Fields({{"n", MYSQL_TYPE_LONG, 11}}).AnnouncedRows(GetParam());
+  ASCursor raw(session);
+  EXPECT_EQ(ThrownBy([&] { raw.Statement("SELECT 1"); }), (Thrown{0, kTooLarge}));
+  EXPECT_EQ(raw.GetUURecord(0), nullptr);
   ExpectClosedAndUsable();
 }
 
@@ -127,38 +151,86 @@ INSTANTIATE_TEST_SUITE_P(Announced, CursorFailureOfRows,
                          testing::Values(89478486U, 178956971U, 2147483647U, 2147483648U, 4294967296U, 4294967297U,
                                          768614336404564651U, 18446744073709551615U));
 
-TEST_F(CursorFailure, OfRowsWithoutColumnsBeginsAboveTheLargestInt) {
-  ASCursor all(session);
-  Answer(1, {{"1"}}).AnnouncedRows(2147483648);
-  EXPECT_EQ(ThrownBy([&] { all.Open(); }), (Thrown{0, "Result is too large for the row buffer. "}));
-  Answer(1, {{"1"}}).AnnouncedRows(2147483647);
-  EXPECT_EQ(all.GetAmount(), 1);
+TEST_F(CursorFailure, OfWideRowsDependsOnTheirWidth) {
+  ASCursor raw(session);
+  Answer(1, {{"x"}}).Times(2).Fields({{"s", MYSQL_TYPE_VAR_STRING, 65535}}).AnnouncedRows(32753);  // of 65,568 bytes
+  EXPECT_EQ(ThrownBy([&] { raw.Statement("SELECT s"); }), (Thrown{0, kTooLarge}));
+  Answer(1, {{"x"}}).Times(2).Fields({{"s", MYSQL_TYPE_VAR_STRING, 65535}}).AnnouncedRows(3);
+  raw.Statement("SELECT s");
+  EXPECT_EQ(raw.GetAmount(), 1);
 }
 
-TEST_F(CursorFailure, OfWideRowsDependsOnTheirWidth) {
-  Column<ASVStr> wide("s", 1000000U);
+// A text of an application that tells a size which it never needs, so that few rows are large.
+class Roomy : public ASVStr {
+ public:
+  explicit Roomy(int size) : ASVStr(8), size_(size) {}
+  using ASVStr::operator=;
+  int GetSize() const override { return size_; }
+
+ private:
+  int size_;
+};
+
+TEST_F(CursorFailure, OfRowsThatDoNotFitComesAtTheFirstThatDoesNot) {
+  Column<Roomy> wide("s", 1000000000);
   cursor.Project() << wide;
-  Answer(2, {{"1", "x"}}).AnnouncedRows(2148);  // of 1,000,056 bytes: 2,148,120,288
-  EXPECT_EQ(ThrownBy([&] { cursor.Open(); }), (Thrown{0, "Result is too large for the row buffer. "}));
-  Answer(2, {{"1", "x"}}).AnnouncedRows(3);
-  EXPECT_EQ(cursor.GetAmount(), 1);
+  Answer(2, {{"1", "x"}, {"2", "y"}, {"3", "z"}, {"4", "z"}});
+  EXPECT_EQ(ThrownBy([&] { cursor.Open(); }), (Thrown{0, kTooLarge}));
+  EXPECT_EQ(client.UnfreedResults(), 0U);
+  Answer(2, {{"5", "x"}, {"6", "y"}});
+  EXPECT_EQ(cursor.Fetch(1), 2);
+  EXPECT_EQ(a.value, 6);
+  EXPECT_EQ(wide.value.getstr(), "y");
+}
+
+TEST_F(CursorFailure, OfRowsThatDoNotFitLeavesTheConnectionUsable) {
+  Column<Roomy> wide("s", 1000000000);
+  cursor.Project() << wide;
+  Answer(2, {{"1", "x"}, {"2", "y"}, {"3", "z"}, {"4", "z"}});
+  ThrownBy([&] { cursor.Open(); });
+  session->Execute("SET a=1");
+  EXPECT_THAT(client.Calls(), ElementsAre("query SELECT a, s FROM ", "use_result", "free_result", "query SET a=1"));
+}
+
+TEST_F(CursorFailure, OfARowBeginsAboveTheLargestIntOfBytes) {
+  Column<Roomy> fits("s", 2147483615);  // 24 bytes, the text and its terminator: 2,147,483,640
+  Column<Roomy> above("s", 2147483616);
+  ASCursor first(session);
+  ASCursor second(session);
+  first.Project() << fits;
+  second.Project() << above;
+  Answer(1, {{"x"}});
+  EXPECT_EQ(first.Fetch(), 1);
+  EXPECT_EQ(fits.value.getstr(), "x");
+  Answer(1, {{"x"}});
+  EXPECT_EQ(ThrownBy([&] { second.Open(); }), (Thrown{0, kTooLarge}));
+  EXPECT_EQ(second.GetUURecord(0), nullptr);
+}
+
+TEST_F(CursorFailure, OfRowsThatNeverFitIsNoneWithoutRows) {
+  Column<Roomy> wide("s", INT_MAX);
+  Column<Roomy> other("t", INT_MAX);
+  cursor.Project() << wide << other;
+  Answer(3, {});
+  EXPECT_EQ(cursor.GetAmount(), 0);
 }
 
 TEST_F(CursorFailure, OfAStatementsRowsLeavesItsColumnsOut) {
   ASCursor raw(session);
   Answer(1, {{"1"}}).Times(2).AnnouncedRows(2147483647);
-  EXPECT_EQ(ThrownBy([&] { raw.Statement("SELECT 1"); }), (Thrown{0, "Result is too large for the row buffer. "}));
+  EXPECT_EQ(ThrownBy([&] { raw.Statement("SELECT 1"); }), (Thrown{0, kTooLarge}));
   EXPECT_THAT(raw.Project().Items(), IsEmpty());
   EXPECT_EQ(client.UnfreedResults(), 0U);
 }
 
 TEST_F(CursorFailure, OfARecordsRowsLeavesTheProjectionAsItWas) {
-  ASInt id;
-  ASAttribute idColumn("id");
+  Roomy name(1000000000);
+  ASAttribute nameColumn("name");
   ASDomain record("t", "");
-  record.Add(idColumn, id);
-  Answer(2, {{"1", "2"}}).AnnouncedRows(2147483647);
-  EXPECT_EQ(ThrownBy([&] { cursor.Fetch(record); }), (Thrown{0, "Result is too large for the row buffer. "}));
+  record.Add(nameColumn, name);
+  Answer(2, {{"1", "x"}, {"2", "y"}, {"3", "z"}});
+  EXPECT_EQ(ThrownBy([&] { cursor.Fetch(record); }), (Thrown{0, kTooLarge}));
+  EXPECT_EQ(name.IsNull(), 1);
   ExpectClosedAndUsable();
 }
 
@@ -190,13 +262,32 @@ class LittleAddressSpace {
   rlimit before_{};
 };
 
+constexpr char const* kNoMemory = "Out of memory for the row buffer. ";
+
 TEST_F(CursorFailure, OfARowBufferThatThereIsNoMemoryForIsReported) {
-  Answer(1, {{"1"}}).AnnouncedRows(89478485);  // the largest that fits: 2,147,483,640 bytes
+  Answer(1, {{"1"}}).Times(2).Fields({{"n", MYSQL_TYPE_LONG, 11}}).AnnouncedRows(89478485);  // 2,147,483,640 bytes
+  ASCursor raw(session);
   {
     LittleAddressSpace const little;
-    EXPECT_EQ(ThrownBy([&] { cursor.Open(); }), (Thrown{0, "Out of memory for the row buffer. "}));
+    EXPECT_EQ(ThrownBy([&] { raw.Statement("SELECT 1"); }), (Thrown{0, kNoMemory}));
   }
+  EXPECT_EQ(raw.GetUURecord(0), nullptr);
   ExpectClosedAndUsable();
+}
+
+TEST_F(CursorFailure, OfARowBufferThatCannotGrowAnyMoreIsReported) {
+  Column<Roomy> wide("s", 400000000);
+  ASCursor rows(session);
+  rows.Project() << wide;
+  Answer(1, {{"x"}, {"y"}, {"z"}, {"z"}});
+  {
+    LittleAddressSpace const little;
+    EXPECT_EQ(ThrownBy([&] { rows.Open(); }), (Thrown{0, kNoMemory}));
+  }
+  EXPECT_EQ(rows.GetUURecord(0), nullptr);
+  ExpectClosedAndUsable();
+  EXPECT_THAT(client.Calls(), ElementsAre("query SELECT s FROM ", "use_result", "free_result", "query SELECT a FROM ",
+                                          "use_result", "free_result"));
 }
 
 #endif
@@ -226,7 +317,9 @@ unsigned FailEachAllocation(ScriptedClient& client, Prepare prepare, Action acti
     }
     if (!failed) return allowed;
     std::vector<std::string> const calls = client.Calls();
-    check(thrown, std::count(calls.begin(), calls.end(), "store_result") == results);
+    auto const taken =
+        std::count(calls.begin(), calls.end(), "store_result") + std::count(calls.begin(), calls.end(), "use_result");
+    check(thrown, taken == results);
   }
 }
 

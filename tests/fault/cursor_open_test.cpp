@@ -35,7 +35,7 @@ TEST_F(CursorOpen, ExecutesTheQueryTakesTheResultOnceAndFreesIt) {
   cursor.Open();
   ASSERT_EQ(client.Calls().size(), 3U);
   EXPECT_EQ(Sql(Str(client.Calls()[0]), {{&o, "o"}}), "query SELECT o.id FROM (`orders` o) LIMIT 2");
-  EXPECT_EQ(client.Calls()[1], "store_result");
+  EXPECT_EQ(client.Calls()[1], "use_result");
   EXPECT_EQ(client.Calls()[2], "free_result");
 }
 
@@ -94,7 +94,7 @@ TEST_F(CursorOpen, UsesTheSessionAssignedLast) {
   cursor.AssignSession(&other);
   cursor.Project() << a;
   cursor.Open();
-  EXPECT_THAT(client.CallsByHandle(), ElementsAre("2 query SELECT a FROM ", "2 store_result", "2 free_result"));
+  EXPECT_THAT(client.CallsByHandle(), ElementsAre("2 query SELECT a FROM ", "2 use_result", "2 free_result"));
 }
 
 TEST_F(CursorOpen, WithoutSessionThrowsWhateverOpensIt) {
@@ -120,7 +120,7 @@ void ExpectOpenedOnce(ScriptedClient& client, ASSession* session, Open open) {
   cursor.Project() << a;
   open(cursor);
   cursor.GetAmount();
-  EXPECT_THAT(client.Calls(), ElementsAre("query SELECT a FROM ", "store_result", "free_result"));
+  EXPECT_THAT(client.Calls(), ElementsAre("query SELECT a FROM ", "use_result", "free_result"));
 }
 
 TEST_F(CursorOpen, HappensOnceWhateverOpensTheCursor) {
@@ -158,21 +158,23 @@ TEST_F(CursorOpen, OfAnEmptyResultHasNoRows) {
   EXPECT_THAT(client.Calls(), ElementsAre());
 }
 
+// The result of a raw text is stored: it says how many rows it has.
 TEST_F(CursorOpen, CountsTheRowsThatCameWhenMoreWereAnnounced) {
-  Column<ASInt> a("a");
-  Answer(1, {{"1"}, {"2"}}).AnnouncedRows(3);
+  Answer(1, {{"1"}, {"2"}}).Times(2).AnnouncedRows(3);
   ASCursor cursor(session);
-  cursor.Project() << a;
+  cursor.Statement("SELECT a");
   EXPECT_EQ(cursor.GetAmount(), 2);
   EXPECT_EQ(cursor.Fetch(2), 0);
 }
 
-TEST_F(CursorOpen, TakesNoMoreRowsThanWereAnnounced) {
-  Column<ASVStr> a("a", 5000U);
-  Answer(1, {{"1"}, {std::string(5000, 'x')}}).AnnouncedRows(1);
+TEST_F(CursorOpen, TakesTheRowsThatCameWhenFewerWereAnnounced) {
+  std::string const second(5000, 'x');
+  Answer(1, {{"1"}, {second}}).Times(2).Fields({{"a", MYSQL_TYPE_VAR_STRING, 5000}}).AnnouncedRows(1);
   ASCursor cursor(session);
-  cursor.Project() << a;
-  EXPECT_EQ(cursor.GetAmount(), 1);
+  cursor.Statement("SELECT a");
+  EXPECT_EQ(cursor.GetAmount(), 2);
+  EXPECT_EQ(cursor.Fetch(1), 2);
+  EXPECT_EQ(cursor.Project().Items().front()->Data()->getstr(), second.c_str());
 }
 
 TEST_F(CursorOpen, LeavesFurtherColumnsOfTheResultOut) {

@@ -65,7 +65,7 @@ TEST_F(OldCursor, OpensByItsStatement) {
   cursor.orderby("code", ORDBMS::DESCENDING);
   cursor.Open(session);
   EXPECT_THAT(client.Calls(), ElementsAre("query (SELECT code FROM  WHERE name='Italy') ORDER BY code DESC",
-                                          "store_result", "free_result"));
+                                          "use_result", "free_result"));
   EXPECT_EQ(cursor.GetAmount(), 2);
 }
 
@@ -172,7 +172,7 @@ TEST_F(OldCursor, TakesTheSessionThoughItIsOpen) {
   delete cursor.Detach();
   client.ForgetCalls();
   cursor.Open();
-  EXPECT_THAT(client.CallsByHandle(), ElementsAre("2 query (SELECT a FROM )", "2 store_result", "2 free_result"));
+  EXPECT_THAT(client.CallsByHandle(), ElementsAre("2 query (SELECT a FROM )", "2 use_result", "2 free_result"));
 }
 
 TEST_F(OldCursor, OpensAgainAfterDetach) {
@@ -273,8 +273,8 @@ TEST_F(OldCursor, AResultThatIsTooNarrowLeavesTheProjectionAsItWas) {
 
 TEST_F(OldCursor, ALostResultLeavesTheProjectionAsItWas) {
   Own(cursor);
-  Answer(2, {{"1", "Italy"}});
-  client.FailStoreResult(2013, "lost");
+  Answer(2, {{"1", "Italy"}, {"2", "Malta"}});
+  client.FailFetchRow(2013, "lost").After(1);
   EXPECT_EQ(ThrownBy([&] { cursor.Open(session); }), (Thrown{0, "MySQL fetch error. "}));
   EXPECT_THAT(Items(cursor), ElementsAre());
 }
@@ -418,7 +418,7 @@ TEST_F(OldNames, OpenCursorOpensOnTheSession) {
   Answer(1, {});
   cursor.Project("code");
   EXPECT_EQ(Rdbms::OpenCursor(cursor), 1);
-  EXPECT_THAT(client.Calls(), ElementsAre("query (SELECT code FROM )", "store_result", "free_result"));
+  EXPECT_THAT(client.Calls(), ElementsAre("query (SELECT code FROM )", "use_result", "free_result"));
 }
 
 TEST_F(OldNames, OpenCursorListsTheRecord) {
@@ -432,7 +432,7 @@ TEST_F(OldNames, OpenCursorReplacesTheCursorsOwnSession) {
   client.ForgetCalls();
   Answer(1, {});
   Rdbms::OpenCursor(elsewhere);
-  EXPECT_THAT(client.CallsByHandle(), ElementsAre("1 query (SELECT * FROM )", "1 store_result", "1 free_result"));
+  EXPECT_THAT(client.CallsByHandle(), ElementsAre("1 query (SELECT * FROM )", "1 use_result", "1 free_result"));
 }
 
 TEST_F(OldNames, OpenCursorWithoutSessionThrowsThoughTheCursorHasOne) {

@@ -27,6 +27,7 @@ TEST(ScriptedClient, TakesPrecedenceOverTheClientLibraryAndOverSleep) {
       {"mysql_close", reinterpret_cast<void*>(&mysql_close)},
       {"mysql_query", reinterpret_cast<void*>(&mysql_query)},
       {"mysql_store_result", reinterpret_cast<void*>(&mysql_store_result)},
+      {"mysql_use_result", reinterpret_cast<void*>(&mysql_use_result)},
       {"mysql_next_result", reinterpret_cast<void*>(&mysql_next_result)},
       {"mysql_fetch_fields", reinterpret_cast<void*>(&mysql_fetch_fields)},
       {"mysql_fetch_row", reinterpret_cast<void*>(&mysql_fetch_row)},
@@ -203,6 +204,201 @@ TEST_F(ScriptedClientCalls, FailOnTheWayToAFurtherResult) {
   EXPECT_EQ(mysql_errno(handle), 1146U);
   EXPECT_EQ(mysql_next_result(handle), -1);
 }
+
+// ---- a result that is not stored
+
+// Of the rows "1", "2" and "3".
+class ScriptedClientUnstored : public ScriptedClientCalls {
+ protected:
+  MYSQL_RES* Taken() {
+    client.AnswerQuery(1, {{"1"}, {"2"}, {"3"}});
+    mysql_query(handle, "SELECT");
+    client.ForgetCalls();
+    return mysql_use_result(handle);
+  }
+
+  // Reads to the end.
+  static unsigned CountRows(MYSQL_RES* result) {
+    unsigned rows = 0;
+    while (mysql_fetch_row(result) != nullptr) ++rows;
+    return rows;
+  }
+};
+
+TEST_F(ScriptedClientUnstored, GivesItsRowsOneByOneAndCountsThem) {
+  MYSQL_RES* const result = Taken();
+  EXPECT_EQ(mysql_num_fields(result), 1U);
+  EXPECT_EQ(mysql_num_rows(result), 0U);
+  EXPECT_EQ(mysql_fetch_lengths(result), nullptr);
+  EXPECT_STREQ(mysql_fetch_row(result)[0], "1");
+  EXPECT_EQ(mysql_fetch_lengths(result)[0], 1U);
+  EXPECT_EQ(mysql_num_rows(result), 1U);
+  EXPECT_EQ(CountRows(result), 2U);
+  EXPECT_EQ(mysql_num_rows(result), 3U);
+  EXPECT_EQ(mysql_fetch_row(result), nullptr);
+  EXPECT_EQ(mysql_errno(handle), 0U);
+  mysql_free_result(result);
+  EXPECT_THAT(client.Calls(), ElementsAre("use_result", "free_result"));
+}
+
+TEST_F(ScriptedClientUnstored, SaysNothingOfRowsThatWereAnnounced) {
+  client.AnswerQuery(1, {{"1"}}).AnnouncedRows(7);
+  mysql_query(handle, "SELECT");
+  MYSQL_RES* const result = mysql_use_result(handle);
+  EXPECT_EQ(mysql_num_rows(result), 0U);
+  EXPECT_EQ(CountRows(result), 1U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientUnstored, KnowsNoLengthsOfItsColumns) {
+  MYSQL_RES* const result = Taken();
+  EXPECT_EQ(mysql_fetch_fields(result)[0].length, 255U);
+  EXPECT_EQ(mysql_fetch_fields(result)[0].max_length, 0U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientUnstored, KeepsItsHandleBusyUntilItsEndWasRead) {
+  MYSQL_RES* const result = Taken();
+  for (unsigned row = 0; row < 4; ++row) {
+    EXPECT_EQ(mysql_query(handle, "DO 0"), 1);
+    EXPECT_EQ(mysql_errno(handle), 2014U);
+    EXPECT_EQ(mysql_fetch_row(result) != nullptr, row < 3) << row;
+  }
+  EXPECT_EQ(mysql_errno(handle), 2014U);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 0);
+  EXPECT_EQ(mysql_errno(handle), 0U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientUnstored, WithoutRowsKeepsItsHandleBusyToo) {
+  client.AnswerQuery(1, {});
+  mysql_query(handle, "SELECT");
+  MYSQL_RES* const result = mysql_use_result(handle);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 1);
+  EXPECT_EQ(mysql_fetch_row(result), nullptr);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 0);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientUnstored, AdmitsNoOtherResultMeanwhile) {
+  client.AnswerQuery(1, {{"1"}}).Then(1, {{"2"}});
+  mysql_query(handle, "CALL p()");
+  MYSQL_RES* const result = mysql_use_result(handle);
+  EXPECT_EQ(mysql_store_result(handle), nullptr);
+  EXPECT_EQ(mysql_errno(handle), 2014U);
+  EXPECT_EQ(mysql_use_result(handle), nullptr);
+  EXPECT_EQ(mysql_next_result(handle), 1);
+  EXPECT_EQ(CountRows(result), 1U);
+  EXPECT_EQ(mysql_next_result(handle), 0);
+  MYSQL_RES* const further = mysql_use_result(handle);
+  EXPECT_STREQ(mysql_fetch_row(further)[0], "2");
+  mysql_free_result(further);
+  mysql_free_result(result);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 0);
+}
+
+TEST_F(ScriptedClientUnstored, IsReadToItsEndByBeingFreed) {
+  mysql_free_result(Taken());
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 0);
+  MYSQL_RES* const result = Taken();
+  mysql_fetch_row(result);
+  mysql_free_result(result);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 0);
+}
+
+TEST_F(ScriptedClientUnstored, HasNoMoreRowsOnceItsHandleIsClosed) {
+  MYSQL_RES* const result = Taken();
+  mysql_fetch_row(result);
+  mysql_close(handle);
+  EXPECT_EQ(mysql_fetch_row(result), nullptr);
+  mysql_free_result(result);
+  handle = mysql_init(nullptr);
+}
+
+TEST_F(ScriptedClientUnstored, IsNoneOfAStatementWithoutResultOrOfOneThatWasRead) {
+  mysql_query(handle, "DO 0");
+  EXPECT_EQ(mysql_use_result(handle), nullptr);
+  EXPECT_EQ(mysql_errno(handle), 0U);
+  MYSQL_RES* const result = Taken();
+  CountRows(result);
+  EXPECT_EQ(mysql_use_result(handle), nullptr);
+  EXPECT_EQ(mysql_errno(handle), 0U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientUnstored, ThatThereIsNoMemoryForLeavesTheHandleOutOfStep) {
+  client.FailUseResult(2008, "out of memory");
+  EXPECT_EQ(Taken(), nullptr);
+  EXPECT_EQ(mysql_errno(handle), 2008U);
+  EXPECT_STREQ(mysql_error(handle), "out of memory");
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 1);
+  EXPECT_EQ(mysql_errno(handle), 2014U);
+  EXPECT_EQ(mysql_use_result(handle), nullptr);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 1);
+}
+
+TEST_F(ScriptedClientUnstored, ThatThereIsNoMemoryForMayBeTakenAfterAll) {
+  client.FailUseResult(2008, "out of memory");
+  EXPECT_EQ(Taken(), nullptr);
+  mysql_free_result(mysql_use_result(handle));
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 0);
+}
+
+TEST_F(ScriptedClientUnstored, BreaksOffAsScripted) {
+  client.FailFetchRow(1317, "interrupted").After(2);
+  MYSQL_RES* const result = Taken();
+  EXPECT_EQ(CountRows(result), 2U);
+  EXPECT_EQ(mysql_errno(handle), 1317U);
+  EXPECT_STREQ(mysql_error(handle), "interrupted");
+  EXPECT_EQ(mysql_fetch_row(result), nullptr);
+  EXPECT_EQ(mysql_errno(handle), 1317U);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 0);
+  EXPECT_EQ(mysql_errno(handle), 0U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientUnstored, BreaksOffInPlaceOfItsEnd) {
+  client.FailFetchRow(1317, "interrupted").After(3);
+  MYSQL_RES* const result = Taken();
+  EXPECT_EQ(CountRows(result), 3U);
+  EXPECT_EQ(mysql_errno(handle), 1317U);
+  mysql_free_result(result);
+}
+
+TEST_F(ScriptedClientUnstored, BreaksOffWhileItIsFreed) {
+  client.FailFetchRow(1317, "interrupted").After(2);
+  MYSQL_RES* const result = Taken();
+  mysql_fetch_row(result);
+  mysql_free_result(result);
+  EXPECT_EQ(mysql_errno(handle), 1317U);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 0);
+}
+
+TEST_F(ScriptedClientUnstored, TakesTheConnectionWithItWhenThatIsLost) {
+  client.FailFetchRow(2013, "lost").After(1);
+  MYSQL_RES* const result = Taken();
+  EXPECT_EQ(CountRows(result), 1U);
+  EXPECT_EQ(mysql_errno(handle), 2013U);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 1);
+  EXPECT_EQ(mysql_errno(handle), 2006U);
+  mysql_free_result(result);
+  EXPECT_EQ(mysql_query(handle, "DO 0"), 1);
+}
+
+// A stored result has been read already.
+TEST_F(ScriptedClientUnstored, BreaksOffWithoutHarmToOneThatIsStored) {
+  client.FailFetchRow(1317, "interrupted");
+  client.AnswerQuery(1, {{"1"}, {"2"}});
+  mysql_query(handle, "SELECT");
+  MYSQL_RES* const stored = mysql_store_result(handle);
+  EXPECT_EQ(CountRows(stored), 2U);
+  EXPECT_EQ(mysql_errno(handle), 0U);
+  mysql_free_result(stored);
+  mysql_free_result(Taken());
+  EXPECT_EQ(mysql_errno(handle), 1317U);
+}
+
+// ---- the numbers and the rest
 
 TEST_F(ScriptedClientCalls, AnswerServerGoneOnAHandleThatWasNeverConnected) {
   MYSQL* const fresh = mysql_init(nullptr);

@@ -24,6 +24,7 @@ class Guard {
 };
 
 constexpr unsigned kServerGone = 2006;
+constexpr unsigned kServerLost = 2013;
 constexpr unsigned kOutOfSync = 2014;
 constexpr char const* kOutOfSyncText = "Commands out of sync; you can't run this command now";
 
@@ -98,6 +99,8 @@ void ScriptedClient::Reset() {
   connectFailures_.clear();
   queryFailures_.clear();
   storeFailures_.clear();
+  useFailures_.clear();
+  rowFailures_.clear();
   nextFailures_.clear();
   answers_.clear();
   affectedRows_ = 0;
@@ -133,6 +136,22 @@ ScriptedClient::Failure& ScriptedClient::FailQuery(unsigned number, std::string 
 ScriptedClient::Failure& ScriptedClient::FailStoreResult(unsigned number, std::string text) {
   Guard const guard(mutex_);
   Failure& failure = storeFailures_.emplace_back();
+  failure.number_ = number;
+  failure.text_ = std::move(text);
+  return failure;
+}
+
+ScriptedClient::Failure& ScriptedClient::FailUseResult(unsigned number, std::string text) {
+  Guard const guard(mutex_);
+  Failure& failure = useFailures_.emplace_back();
+  failure.number_ = number;
+  failure.text_ = std::move(text);
+  return failure;
+}
+
+ScriptedClient::Failure& ScriptedClient::FailFetchRow(unsigned number, std::string text) {
+  Guard const guard(mutex_);
+  Failure& failure = rowFailures_.emplace_back();
   failure.number_ = number;
   failure.text_ = std::move(text);
   return failure;
@@ -199,7 +218,8 @@ std::size_t ScriptedClient::UnfreedResults() const {
 unsigned ScriptedClient::UnusedSteps() const {
   Guard const guard(mutex_);
   unsigned unused = 0;
-  for (auto const* failures : {&initFailures_, &connectFailures_, &queryFailures_, &storeFailures_, &nextFailures_}) {
+  for (auto const* failures : {&initFailures_, &connectFailures_, &queryFailures_, &storeFailures_, &useFailures_,
+                               &rowFailures_, &nextFailures_}) {
     for (Failure const& failure : *failures) unused += failure.times_;
   }
   for (Answer const& answer : answers_) unused += answer.times_;
@@ -247,7 +267,13 @@ bool ScriptedClient::Connect(MYSQL* address, char const* host, char const* user,
 
 void ScriptedClient::Close(MYSQL* address) {
   Guard const guard(mutex_);
-  Record(Known(address, "mysql_close").number, "close");
+  Handle& handle = Known(address, "mysql_close");
+  Record(handle.number, "close");
+  if (handle.reading != nullptr) {
+    Result& result = results_.at(handle.reading);
+    result.next = result.rows.size();
+    EndReading(result);
+  }
   handles_.erase(address);
   delete address;
 }
@@ -258,6 +284,7 @@ bool ScriptedClient::Query(MYSQL* address, char const* statement) {
   if (statement == nullptr) Misuse("mysql_query", "no statement");
   Record(handle.number, std::string("query ") + statement);
   if (!handle.connected) return Fail(handle, kServerGone, "Server has gone away");
+  if (handle.reading != nullptr) return Fail(handle, kOutOfSync, kOutOfSyncText);
   if (handle.pending != nullptr || handle.outOfStep) {
     handle.pending.reset();
     handle.outOfStep = true;
@@ -295,6 +322,30 @@ MYSQL_RES* ScriptedClient::StoreResult(MYSQL* address) {
     Fail(handle, failure->number_, failure->text_);
     return nullptr;
   }
+  return Take(handle);
+}
+
+MYSQL_RES* ScriptedClient::UseResult(MYSQL* address) {
+  Guard const guard(mutex_);
+  Handle& handle = Known(address, "mysql_use_result");
+  Record(handle.number, "use_result");
+  if (Failure const* const failure = Find(useFailures_, "")) {
+    Fail(handle, failure->number_, failure->text_);
+    return nullptr;
+  }
+  MYSQL_RES* const taken = Take(handle);
+  if (taken == nullptr) return nullptr;
+  Result& result = results_.at(taken);
+  result.stored = false;
+  result.announcedRows = 0;
+  result.unstoredOf = address;
+  handle.reading = taken;
+  return taken;
+}
+
+// Makes the pending result the caller's; a null pointer when there is none.
+MYSQL_RES* ScriptedClient::Take(Handle& handle) {
+  if (IsBusy(handle)) return Fail(handle, kOutOfSync, kOutOfSyncText), nullptr;
   if (handle.pending == nullptr) return nullptr;
   auto* const result = new MYSQL_RES();
   results_.emplace(result, std::move(*handle.pending));
@@ -302,11 +353,33 @@ MYSQL_RES* ScriptedClient::StoreResult(MYSQL* address) {
   return result;
 }
 
+// Goes to the next row; false at the end of the result.
+bool ScriptedClient::Advance(Result& result) {
+  if (result.unstoredOf != nullptr) {
+    if (Failure const* const failure = Find(rowFailures_, "")) {
+      Handle& handle = Known(result.unstoredOf, "mysql_fetch_row");
+      Fail(handle, failure->number_, failure->text_);
+      if (failure->number_ == kServerGone || failure->number_ == kServerLost) handle.connected = false;
+      result.next = result.rows.size();
+    }
+  }
+  if (result.next < result.rows.size()) return ++result.next, true;
+  EndReading(result);
+  return false;
+}
+
+// The end of a result that was not stored: its handle takes statements again.
+void ScriptedClient::EndReading(Result& result) {
+  if (result.unstoredOf == nullptr) return;
+  auto const handle = handles_.find(std::exchange(result.unstoredOf, nullptr));
+  if (handle != handles_.end()) handle->second.reading = nullptr;
+}
+
 int ScriptedClient::NextResult(MYSQL* address) {
   Guard const guard(mutex_);
   Handle& handle = Known(address, "mysql_next_result");
   Record(handle.number, "next_result");
-  if (handle.pending != nullptr) return Fail(handle, kOutOfSync, kOutOfSyncText), 1;
+  if (handle.pending != nullptr || IsBusy(handle)) return Fail(handle, kOutOfSync, kOutOfSyncText), 1;
   if (handle.further.empty()) return -1;
   if (Failure const* const failure = Find(nextFailures_, "")) {
     handle.further.clear();
@@ -323,8 +396,9 @@ MYSQL_ROW ScriptedClient::FetchRow(MYSQL_RES* address) {
   Result& result = Known(address, "mysql_fetch_row");
   result.fields.clear();
   result.lengths.clear();
-  if (result.next == result.rows.size()) return nullptr;
-  for (Field& field : result.rows[result.next++]) {
+  if (!Advance(result)) return nullptr;
+  if (!result.stored) ++result.announcedRows;
+  for (Field& field : result.rows[result.next - 1]) {
     result.fields.push_back(field.has_value() ? field->data() : nullptr);
     result.lengths.push_back(field.has_value() ? field->size() : 0);
   }
@@ -349,6 +423,7 @@ MYSQL_FIELD* ScriptedClient::FetchFields(MYSQL_RES* address) {
       field.name = result.described[i].name.data();
       field.type = result.described[i].type;
       field.length = result.described[i].length;
+      if (!result.stored) continue;
       for (Row const& row : result.rows) {
         field.max_length = std::max<unsigned long>(field.max_length, row[i].value_or("").size());
       }
@@ -370,7 +445,9 @@ std::uint64_t ScriptedClient::NumRows(MYSQL_RES* result) const {
 void ScriptedClient::FreeResult(MYSQL_RES* address) {
   if (address == nullptr) return;
   Guard const guard(mutex_);
-  Record(Known(address, "mysql_free_result").handle, "free_result");
+  Result& result = Known(address, "mysql_free_result");
+  Record(result.handle, "free_result");
+  while (result.unstoredOf != nullptr) Advance(result);
   results_.erase(address);
   delete address;
 }
@@ -466,6 +543,8 @@ int STDCALL mysql_query(MYSQL* handle, char const* statement) {
 }
 
 MYSQL_RES* STDCALL mysql_store_result(MYSQL* handle) { return ScriptedClient::Get().StoreResult(handle); }
+
+MYSQL_RES* STDCALL mysql_use_result(MYSQL* handle) { return ScriptedClient::Get().UseResult(handle); }
 
 int STDCALL mysql_next_result(MYSQL* handle) { return ScriptedClient::Get().NextResult(handle); }
 

@@ -33,7 +33,9 @@ struct FieldDescription {
 ///
 /// Without a script everything succeeds and no statement has a result. As with the real library, a handle that was
 /// never connected answers 2006, and a result that was not taken makes the handle's next statements fail with 2014, as
-/// do further results of a statement until they have been gone to, and taken, one by one.
+/// do further results of a statement until they have been gone to, and taken, one by one, and a result of
+/// mysql_use_result() until its end was read or it was freed, which reads the rest. Such a result counts the rows that
+/// were read so far, knows no `max_length`, and has no more rows once its handle is closed.
 /// Whatever the real library does not survive (a null or closed handle, an unknown result) ends the program with a
 /// message. May be used from several threads.
 class ScriptedClient {
@@ -70,9 +72,9 @@ class ScriptedClient {
     Answer& AffectedRows(std::uint64_t rows) { return affectedRows_ = rows, *this; }
     Answer& InsertId(std::uint64_t id) { return insertId_ = id, *this; }
     /// The columns, of which there must be as many as the result has. By default they are "f1", "f2" and so on, of type
-    /// MYSQL_TYPE_VAR_STRING and declared length 255. `max_length` is always that of the rows.
+    /// MYSQL_TYPE_VAR_STRING and declared length 255. `max_length` is that of the rows of a stored result.
     Answer& Fields(std::vector<FieldDescription> fields);
-    /// What mysql_num_rows() says, whatever rows there are.
+    /// What mysql_num_rows() says of the stored result, whatever rows there are.
     Answer& AnnouncedRows(std::uint64_t rows) { return announcedRows_ = rows, *this; }
     /// A further result of the same statement, as CALL gives; without arguments the end of a CALL, which has no result
     /// to be taken but is gone to like one.
@@ -104,6 +106,12 @@ class ScriptedClient {
   Failure& FailConnect(unsigned number, std::string text);
   Failure& FailQuery(unsigned number, std::string text);
   Failure& FailStoreResult(unsigned number, std::string text);
+  /// The result stays untaken, as in the real library, which has no memory then: the next statement fails with 2014,
+  /// unless the result is taken after all.
+  Failure& FailUseResult(unsigned number, std::string text);
+  /// Of a result that mysql_use_result gave: a row, counted by After(), does not come, nor does any behind it. The end
+  /// counts as a row. With 2006 and 2013 the connection has gone: the handle's next statements fail with 2006.
+  Failure& FailFetchRow(unsigned number, std::string text);
   /// Only calls that would go to a further result.
   Failure& FailNextResult(unsigned number, std::string text);
 
@@ -117,7 +125,7 @@ class ScriptedClient {
   void SetInsertId(std::uint64_t id);
 
   /// What was called, in order: "init", "connect host user password database port" (each '' when empty), "query SET
-  /// AUTOCOMMIT=0", "store_result", "next_result", "free_result", "close", "sleep 1".
+  /// AUTOCOMMIT=0", "store_result", "use_result", "next_result", "free_result", "close", "sleep 1".
   std::vector<std::string> Calls() const;
   /// The same with the number of the handle, counted from 1 in the order of "init": "1 init", "2 connect h u p d 0",
   /// "1 query COMMIT", "1 store_result", "1 close". A result goes by the handle that it came from.
@@ -139,6 +147,7 @@ class ScriptedClient {
   void Close(MYSQL* handle);
   bool Query(MYSQL* handle, char const* statement);
   MYSQL_RES* StoreResult(MYSQL* handle);
+  MYSQL_RES* UseResult(MYSQL* handle);
   /// 0: at the next result; -1: there is none; 1: an error.
   int NextResult(MYSQL* handle);
   MYSQL_ROW FetchRow(MYSQL_RES* result);
@@ -162,6 +171,8 @@ class ScriptedClient {
     std::vector<char*> fields;  // of the current row
     std::vector<unsigned long> lengths;
     std::uint64_t announcedRows = 0;
+    bool stored = true;
+    MYSQL* unstoredOf = nullptr;  // the handle whose statements have to wait for the end of this result
     std::vector<FieldDescription> described;
     std::vector<MYSQL_FIELD> descriptions;  // made when first asked for
   };
@@ -171,6 +182,7 @@ class ScriptedClient {
     bool connected = false;
     bool outOfStep = false;  // a statement was sent before the result of the last one was taken
     std::unique_ptr<Result> pending;
+    MYSQL_RES* reading = nullptr;         // an unstored result that has not come to its end
     std::deque<Answer::Further> further;  // results of the last statement that were not gone to
     std::uint64_t affectedRows = 0;
     std::uint64_t insertId = 0;
@@ -186,6 +198,10 @@ class ScriptedClient {
   template <class Kind>
   static Kind* Find(std::list<Kind>& steps, std::string const& text);
   static std::unique_ptr<Result> MakeResult(Handle const& handle, unsigned columns, std::vector<Row> rows);
+  static bool IsBusy(Handle const& handle) { return handle.reading != nullptr || handle.outOfStep; }
+  MYSQL_RES* Take(Handle& handle);
+  bool Advance(Result& result);
+  void EndReading(Result& result);
   static bool Fail(Handle& handle, unsigned number, std::string const& text);
 
   mutable std::mutex mutex_;
@@ -193,6 +209,8 @@ class ScriptedClient {
   std::list<Failure> connectFailures_;
   std::list<Failure> queryFailures_;
   std::list<Failure> storeFailures_;
+  std::list<Failure> useFailures_;
+  std::list<Failure> rowFailures_;
   std::list<Failure> nextFailures_;
   std::list<Answer> answers_;
   std::uint64_t affectedRows_ = 0;

@@ -1,11 +1,12 @@
 #include "corvane/cursor/internal/result_rows.h"
 
-#include <string.h>  // memccpy
+#include <string.h>  // strnlen
 
 #include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <typeinfo>
 #include <utility>
 
 #include "corvane/cache/map_buffer.h"
@@ -17,6 +18,7 @@
 #include "corvane/data/str.h"
 #include "corvane/data/time.h"
 #include "corvane/data/value/exception.h"
+#include "corvane/data/vstr.h"
 #include "corvane/internal/number_text.h"
 #include "corvane/internal/same_kind.h"
 
@@ -37,6 +39,12 @@ Column* As(ASData* data) {
   return dynamic_cast<Column*>(data);
 }
 
+// The next size of a block whose rows are not counted yet: twice as large, but not by more than the step.
+int Grown(int size) {
+  constexpr int kStep = 256 * 1024 * 1024;
+  return size <= INT_MAX - kStep ? size + std::min(size, kStep) : INT_MAX;
+}
+
 }  // namespace
 
 ResultRows::ResultRows(std::list<ASSimpleAttribute*> const& items, std::list<std::shared_ptr<ASSimpleAttribute>> kept)
@@ -44,15 +52,13 @@ ResultRows::ResultRows(std::list<ASSimpleAttribute*> const& items, std::list<std
   columns_.reserve(items.size());
   std::size_t area = items.size() * sizeof(UU);
   for (ASSimpleAttribute const* const item : items) {
-    Column column{item, nullptr, Kind::kNone, {nullptr}, 0, area, false};
+    Column column{item, nullptr, Kind::kNone, {nullptr}, 0, area, false, Store::kAssign};
     if (ASData* const data = item->Data()) {
       column.kind = KindOf(*data);
       if (!Bind(column, data)) ThrowIncompatible("ASCursor::Open()");
       column.size = static_cast<std::size_t>(std::max(data->GetSize(), column.kind == Kind::kGuid ? Guid::kBytes : 0));
-      if (column.kind == Kind::kText || column.kind == Kind::kGuid) area += column.size + 1;
+      if (HasArea(column.kind)) area += column.size + 1;
     }
-    bool const binary = column.kind == Kind::kBlob || column.kind == Kind::kGeometry || column.kind == Kind::kRealBlob;
-    needsLengths_ = needsLengths_ || binary;
     columns_.push_back(column);
   }
   width_ = (area + sizeof(UU) - 1) / sizeof(UU);
@@ -64,23 +70,46 @@ int ResultRows::Read(MYSQL_RES* result, MapBuffer& buffer) {
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     columns_[i].hasSpatialId = columns_[i].kind == Kind::kGeometry && fields[i].type == MYSQL_TYPE_GEOMETRY;
   }
-  std::uint64_t const announced = mysql_num_rows(result);
   std::size_t const rowSize = width_ * sizeof(UU);
-  if (announced > INT_MAX || (rowSize > 0 && announced > INT_MAX / rowSize)) {
-    throw AException("Result is too large for the row buffer. ");
+  std::size_t const mostRows = rowSize > 0 ? INT_MAX / rowSize : INT_MAX;
+  auto const sizeOf = [&](std::uint64_t count) {
+    if (count > mostRows) throw AException("Result is too large for the row buffer. ");
+    return static_cast<int>(count * rowSize);
+  };
+  // A stored result says how many rows it has; one that still comes in says 0, and the buffer grows with the rows.
+  buffer.Get(sizeOf(mysql_num_rows(result)));
+  std::size_t rows = 0;
+  auto const fit = [&](auto resize, int size) {
+    void const* const before = buffer.GetBegin();
+    (buffer.*resize)(size);
+    if (buffer.GetBegin() != before) Relocate(static_cast<char*>(buffer.GetBegin()), rows);
+  };
+  while (MYSQL_ROW const texts = mysql_fetch_row(result)) {
+    int const size = sizeOf(rows + 1);
+    if (size > buffer.Capacity()) fit(&MapBuffer::Get, std::max(size, Grown(buffer.Capacity())));
+    ReadRow(static_cast<char*>(buffer.GetBegin()) + rows * rowSize, texts, mysql_fetch_lengths(result), buffer);
+    ++rows;
   }
-  auto* row = static_cast<char*>(buffer.Get(static_cast<int>(announced * rowSize)));
-  int rows = 0;
-  for (; rows < static_cast<int>(announced); ++rows, row += rowSize) {
-    MYSQL_ROW const texts = mysql_fetch_row(result);
-    if (texts == nullptr) break;
-    unsigned long const* const lengths = needsLengths_ ? mysql_fetch_lengths(result) : nullptr;
-    auto* const cells = reinterpret_cast<UU*>(row);
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-      ReadInto(cells[i], row + columns_[i].area, columns_[i], texts[i], lengths != nullptr ? lengths[i] : 0, buffer);
+  fit(&MapBuffer::Fit, sizeOf(rows));
+  return static_cast<int>(rows);
+}
+
+void ResultRows::ReadRow(char* row, MYSQL_ROW texts, unsigned long const* lengths, MapBuffer& buffer) const {
+  auto* cell = reinterpret_cast<UU*>(row);
+  for (Column const& column : columns_) {
+    ReadInto(*cell++, row + column.area, column, *texts++, *lengths++, buffer);
+  }
+}
+
+// Has the cells of a block that was moved point into it again.
+void ResultRows::Relocate(char* row, std::size_t rows) const {
+  for (; rows > 0; --rows, row += width_ * sizeof(UU)) {
+    auto* cell = reinterpret_cast<UU*>(row);
+    for (Column const& column : columns_) {
+      if (HasArea(column.kind)) cell->extra.text = row + column.area;
+      ++cell;
     }
   }
-  return rows;
 }
 
 void ResultRows::Deliver(UU const* row) {
@@ -115,6 +144,14 @@ ResultRows::Kind ResultRows::KindOf(ASData const& data) {
   }
   if (dynamic_cast<ASStr const*>(&data) != nullptr) return Kind::kText;
   return data.GetDBType() == kDbGeometry ? Kind::kGeometry : Kind::kBlob;
+}
+
+ResultRows::Store ResultRows::StoreOf(ASData const& data) {
+  std::type_info const& type = typeid(data);
+  if (type == typeid(ASTime)) return Store::kTime;
+  if (type == typeid(ASStr)) return Store::kFixedText;
+  if (type == typeid(ASVStr)) return Store::kVariableText;
+  return Store::kAssign;
 }
 
 // Has the column read into the value. False, with the column as it was, when the value's class is not of its kind.
@@ -158,17 +195,18 @@ bool ResultRows::Bind(Column& column, ASData* data) {
   if (target.storage == nullptr) return false;
   column.data = data;
   column.target = target;
+  column.store = StoreOf(*data);
   return true;
 }
 
 // Takes a field of the result, null for NULL, over into its cell.
-void ResultRows::ReadInto(UU& cell, char* area, Column const& column, char const* text, unsigned long length,
+void ResultRows::ReadInto(UU& cell, char* area, Column const& column, char const* text, std::size_t length,
                           MapBuffer& buffer) {
   switch (column.kind) {
     case Kind::kNone:
       return;
     case Kind::kInteger:
-      cell.value.integer = text != nullptr ? TruncateToInt(ParseInteger(text)) : Int::kNull;
+      cell.value.integer = text != nullptr ? TruncateToInt(ParseInteger(text, length)) : Int::kNull;
       return;
     case Kind::kTime:
     case Kind::kTimeNumber:
@@ -179,22 +217,20 @@ void ResultRows::ReadInto(UU& cell, char* area, Column const& column, char const
       cell.mark = kCurrencyMark;
       [[fallthrough]];
     case Kind::kReal:
-      cell.value.number = text != nullptr ? ParseDouble(text) : Double::kNull;
+      cell.value.number = text != nullptr ? ParseDouble(text, length) : Double::kNull;
       return;
     case Kind::kInteger64:
-      cell.value.integer64 = Int64::atoint64_t(text);
+      cell.value.integer64 = text != nullptr ? ParseInteger(text, length) : 0;
       cell.extra.null = text == nullptr ? 1 : 0;
       return;
     case Kind::kText: {
       cell.extra.text = area;
-      if (text == nullptr) {  // the area is zero-filled already
-        cell.value.length = 0;
-        return;
-      }
-      auto const* const end = static_cast<char const*>(memccpy(area, text, '\0', column.size));
-      std::size_t const copied = end != nullptr ? static_cast<std::size_t>(end - area) - 1 : column.size;
-      area[copied] = '\0';
-      cell.value.length = static_cast<std::uint32_t>(copied + 1);
+      cell.value.length = 0;
+      if (text == nullptr) return;  // the area is zero-filled already
+      std::size_t const taken = strnlen(text, std::min(length, column.size));
+      std::memcpy(area, text, taken);
+      area[taken] = '\0';
+      cell.value.length = static_cast<std::uint32_t>(taken + 1);
       return;
     }
     case Kind::kGuid: {
@@ -219,7 +255,7 @@ void ResultRows::ReadInto(UU& cell, char* area, Column const& column, char const
   }
 }
 
-void ResultRows::Deliver(UU const& cell, Column const& column) {
+inline void ResultRows::Deliver(UU const& cell, Column const& column) {
   switch (column.kind) {
     case Kind::kNone:
       return;
@@ -228,7 +264,11 @@ void ResultRows::Deliver(UU const& cell, Column const& column) {
       return;
     case Kind::kTime: {
       int const seconds = cell;
-      *column.target.time = seconds;
+      if (column.store == Store::kAssign) {
+        *column.target.time = seconds;
+      } else {
+        column.target.time->Int::operator=(seconds);
+      }
       return;
     }
     case Kind::kTimeNumber:
@@ -242,9 +282,20 @@ void ResultRows::Deliver(UU const& cell, Column const& column) {
       if (cell.extra.null != 0) return column.data->SetNull();
       column.target.integer64->Int64::operator=(cell.value.integer64);
       return;
-    case Kind::kText:
-      *column.target.text = cell.value.length != 0 ? cell.extra.text : nullptr;
+    case Kind::kText: {
+      ASStr& text = *column.target.text;
+      char const* const bytes = cell.value.length != 0 ? cell.extra.text : nullptr;
+      if (column.store == Store::kAssign) {
+        text = bytes;
+      } else if (bytes == nullptr) {
+        text.ASStr::SetNull();
+      } else if (column.store == Store::kFixedText) {
+        text.Pad(bytes, cell.value.length - 1);
+      } else {
+        text.Fill(bytes, cell.value.length - 1);
+      }
       return;
+    }
     case Kind::kGuid:
       if (cell.value.length == 0) return column.data->SetNull();
       std::memcpy(column.target.guid->voidptr(), cell.extra.text, cell.value.length);

@@ -33,7 +33,9 @@ class ResultRows {
 
   /// Cells that one row occupies; valid after Read().
   int Width() const { return static_cast<int>(width_); }
-  /// Reads all rows into the buffer and returns how many there are. Throws what ASCursor says of opening.
+  /// Reads the rows of a result, stored by the client library or not, into the buffer, which is empty before, and
+  /// returns how many there are. A result that breaks off is the caller's to notice. Throws what ASCursor says of
+  /// opening.
   int Read(MYSQL_RES* result, MapBuffer& buffer);
   /// Copies a row into the values.
   void Deliver(UU const* row);
@@ -53,6 +55,10 @@ class ResultRows {
     kGeometry,
     kRealBlob
   };
+
+  // How a row is delivered into a time or a text: by the value's own assignment, or, where its class is the library's,
+  // straight to what that does.
+  enum class Store { kAssign, kTime, kFixedText, kVariableText };
 
   // Where a value takes its content; which one holds is told by the kind.
   union Target {
@@ -75,18 +81,22 @@ class ResultRows {
     std::size_t size;   // GetSize() when the cursor opened
     std::size_t area;   // of a text or GUID: where its bytes lie, from the row's beginning
     bool hasSpatialId;  // of a geometry: four bytes stand in front of it
+    Store store;
   };
 
   static Kind KindOf(ASData const& data);
+  static Store StoreOf(ASData const& data);
+  static bool HasArea(Kind kind) { return kind == Kind::kText || kind == Kind::kGuid; }
   static bool Bind(Column& column, ASData* data);
-  static void ReadInto(UU& cell, char* area, Column const& column, char const* text, unsigned long length,
+  void ReadRow(char* row, MYSQL_ROW texts, unsigned long const* lengths, MapBuffer& buffer) const;
+  void Relocate(char* row, std::size_t rows) const;
+  static void ReadInto(UU& cell, char* area, Column const& column, char const* text, std::size_t length,
                        MapBuffer& buffer);
   static void Deliver(UU const& cell, Column const& column);
 
   std::vector<Column> columns_;
   std::list<std::shared_ptr<ASSimpleAttribute>> kept_;
-  std::size_t width_ = 0;      // cells
-  bool needsLengths_ = false;  // some column is binary
+  std::size_t width_ = 0;  // cells
 };
 
 }  // namespace corvane::internal

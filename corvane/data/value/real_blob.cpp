@@ -36,6 +36,11 @@ RealBlob::~RealBlob() { RealBlob::SetNull(); }
 
 RealBlob& RealBlob::operator=(RealBlob const& other) {
   if (this != &other) {
+    bool const fits = data_ != nullptr && other.data_ != nullptr && data_->owned != 0 && Length() == other.Length();
+    if (fits && Length() > 0) {
+      std::memmove(data_->bytes, other.data_->bytes, Length());  // the other one may have borrowed them
+      return *this;
+    }
     RealBlob fresh(other);
     std::swap(data_, fresh.data_);
   }

@@ -6,6 +6,8 @@
 #include "corvane/data/value/basic_type.h"
 #include "corvane/data/value/str.h"
 
+class MapBuffer;
+
 /// Whether a RealBlob takes a copy of the bytes it is built from or borrows them.
 enum CpFlag {
   NoCopy = 0,  ///< borrowed: the caller keeps and frees them, and they must outlive the value
@@ -59,6 +61,11 @@ class CORVANE_API RealBlob : public virtual basic_type {
   void copy(basic_type const& other) override;
 
  private:
+  friend class MapBuffer;
+
+  // Of a descriptor that is nobody's to free: the value must not be destroyed or changed.
+  explicit RealBlob(BlobData* data) : data_(data) {}
+
   BlobData* data_ = nullptr;  // owned
 };
 

@@ -34,6 +34,7 @@ MYSQL* mysql_real_connect(MYSQL* mysql, char const* host, char const* user, char
 void mysql_close(MYSQL* mysql);
 int mysql_query(MYSQL* mysql, char const* statement);
 MYSQL_RES* mysql_store_result(MYSQL* mysql);
+MYSQL_RES* mysql_use_result(MYSQL* mysql);
 MYSQL_ROW mysql_fetch_row(MYSQL_RES* result);
 unsigned long* mysql_fetch_lengths(MYSQL_RES* result);
 std::uint64_t mysql_num_rows(MYSQL_RES* result);

@@ -4,7 +4,10 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <string>
@@ -28,6 +31,32 @@ int const kPage = getpagesize();
 
 std::string Bytes(void const* bytes, std::size_t length) {
   return std::string(static_cast<char const*>(bytes), length);
+}
+
+// A block from this size on has pages of its own.
+constexpr int kOwnPages = 128 * 1024;
+
+// So many bytes, each of them told by its place.
+std::string Content(std::size_t length) {
+  std::string content(length, '\0');
+  for (std::size_t i = 0; i < length; ++i) content[i] = static_cast<char>(1 + i % 251);
+  return content;
+}
+
+// Fills the whole block with bytes that are not 0.
+std::string Fill(MapBuffer& buffer) {
+  std::string const content = Content(static_cast<std::size_t>(buffer.Capacity()));
+  std::copy(content.begin(), content.end(), static_cast<char*>(buffer.GetBegin()));
+  return content;
+}
+
+// Whether the block begins with the content and has zeros behind it up to its end.
+testing::AssertionResult HoldsAndIsZeroBehind(MapBuffer const& buffer, std::string const& content) {
+  std::string const bytes = Bytes(buffer.GetBegin(), static_cast<std::size_t>(buffer.Capacity()));
+  if (bytes.compare(0, content.size(), content) != 0) return testing::AssertionFailure() << "the content is another";
+  std::size_t const other = bytes.find_first_not_of('\0', content.size());
+  if (other == std::string::npos) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "the byte at " << other << " is not 0";
 }
 
 // ---- The block ----
@@ -136,7 +165,198 @@ TEST(MapBuffer, NothingAndNegativeSizesLeaveTheBlock) {
   EXPECT_EQ(buffer.Capacity(), kPage);
 }
 
+TEST(MapBuffer, StartsZeroFilled) {
+  for (int const size : {1, kPage + 1, kOwnPages - kPage, kOwnPages, 10 * kOwnPages}) {
+    MapBuffer buffer;
+    buffer.Get(size);
+    EXPECT_TRUE(HoldsAndIsZeroBehind(buffer, "")) << size;
+  }
+}
+
+TEST(MapBuffer, GrowsZeroFilled) {
+  MapBuffer buffer;
+  for (int const size : {1, kPage + 1, 9 * kPage, kOwnPages - kPage, kOwnPages, kOwnPages + 1, 8 * kOwnPages,
+                         8 * kOwnPages + 1, 50 * kOwnPages}) {
+    std::string const content = Fill(buffer);
+    buffer.Get(size);
+    ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << size;
+  }
+}
+
+TEST(MapBuffer, GrowsZeroFilledInOneStepFromASmallBlock) {
+  for (int const size : {kOwnPages - kPage, kOwnPages - 1, kOwnPages, kOwnPages + 1, 100 * kOwnPages}) {
+    MapBuffer buffer;
+    buffer.Get(1);
+    std::string const content = Fill(buffer);
+    buffer.Get(size);
+    ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << size;
+  }
+}
+
+TEST(MapBuffer, GrowsZeroFilledOverMemoryThatWasUsedBefore) {
+  for (int round = 0; round < 20; ++round) {
+    MapBuffer buffer;
+    for (int pages = 1; pages <= 40; ++pages) {
+      std::string const content = Fill(buffer);
+      buffer.Get(pages * kPage);
+      ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << pages;
+    }
+  }
+}
+
+// ---- Giving pages back ----
+
+TEST(MapBuffer, FitGivesBackWholePages) {
+  struct Row {
+    int held;
+    int size;
+    int capacity;
+  };
+  Row const rows[] = {
+      {5 * kPage, 1, kPage},
+      {5 * kPage, kPage, kPage},
+      {5 * kPage, kPage + 1, 2 * kPage},
+      {5 * kPage, 4 * kPage, 4 * kPage},
+      {2 * kOwnPages, kOwnPages + 1, kOwnPages + kPage},
+      {2 * kOwnPages, kOwnPages, kOwnPages},
+      {2 * kOwnPages, kOwnPages - 1, kOwnPages},
+      {2 * kOwnPages, kOwnPages - kPage, kOwnPages - kPage},
+      {2 * kOwnPages, 1, kPage},
+      {64 * kOwnPages, 3 * kPage - 1, 3 * kPage},
+  };
+  for (Row const& row : rows) {
+    MapBuffer buffer;
+    buffer.Get(row.held);
+    buffer.Fit(row.size);
+    EXPECT_EQ(buffer.Capacity(), row.capacity) << row.held << " fitted to " << row.size;
+  }
+}
+
+TEST(MapBuffer, FitKeepsTheContent) {
+  for (int const held : {5 * kPage, kOwnPages - kPage, kOwnPages, 3 * kOwnPages, 64 * kOwnPages}) {
+    for (int const size : {1, kPage, 2 * kPage + 1, 4 * kPage, held / 2, held - 1}) {
+      MapBuffer buffer;
+      buffer.Get(held);
+      std::string const content = Fill(buffer);
+      buffer.Fit(size);
+      auto const kept = static_cast<std::size_t>(buffer.Capacity());
+      ASSERT_GE(buffer.Capacity(), size);
+      ASSERT_TRUE(Bytes(buffer.GetBegin(), kept) == content.substr(0, kept)) << held << " fitted to " << size;
+    }
+  }
+}
+
+TEST(MapBuffer, FitLeavesTheBlockWritableToItsEnd) {
+  for (int const held : {5 * kPage, 3 * kOwnPages}) {
+    MapBuffer buffer;
+    buffer.Get(held);
+    buffer.Fit(2 * kPage);
+    std::string const content = Fill(buffer);
+    EXPECT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << held;
+  }
+}
+
+TEST(MapBuffer, FitDoesNothingWithoutPagesToGiveBack) {
+  for (int const held : {3 * kPage, 3 * kOwnPages}) {
+    MapBuffer buffer;
+    void* const block = buffer.Get(held);
+    std::string const content = Fill(buffer);
+    for (int const size : {held, held - 1, held - kPage + 1, held + 1, INT_MAX}) {
+      buffer.Fit(size);
+      EXPECT_EQ(buffer.GetBegin(), block) << size;
+      EXPECT_EQ(buffer.Capacity(), held) << size;
+    }
+    EXPECT_TRUE(HoldsAndIsZeroBehind(buffer, content));
+  }
+}
+
+TEST(MapBuffer, FitDoesNothingForNothingAndNegativeSizes) {
+  for (int const held : {3 * kPage, 3 * kOwnPages}) {
+    MapBuffer buffer;
+    void* const block = buffer.Get(held);
+    for (int const size : {0, -1, INT_MIN}) {
+      buffer.Fit(size);
+      EXPECT_EQ(buffer.GetBegin(), block) << size;
+      EXPECT_EQ(buffer.Capacity(), held) << size;
+    }
+  }
+}
+
+TEST(MapBuffer, FitDoesNothingWithoutABlock) {
+  MapBuffer buffer;
+  for (int const size : {1, 0, -1, INT_MAX}) buffer.Fit(size);
+  EXPECT_EQ(buffer.GetBegin(), nullptr);
+  EXPECT_EQ(buffer.Capacity(), 0);
+}
+
+TEST(MapBuffer, GrowsZeroFilledWhereFitGaveDirtyPagesBack) {
+  struct Row {
+    int held;
+    int fitted;
+    int grown;
+  };
+  Row const rows[] = {
+      {9 * kPage, 1, 9 * kPage},
+      {9 * kPage, 2 * kPage, 20 * kPage},
+      {9 * kPage, kPage, kOwnPages},
+      {3 * kOwnPages, 2 * kOwnPages, 3 * kOwnPages},
+      {3 * kOwnPages, 1, 2 * kPage},
+      {3 * kOwnPages, 1, kOwnPages},
+      {3 * kOwnPages, kPage, 64 * kOwnPages},
+      {64 * kOwnPages, kOwnPages - 1, 65 * kOwnPages},
+  };
+  for (Row const& row : rows) {
+    MapBuffer buffer;
+    buffer.Get(row.held);
+    Fill(buffer);
+    buffer.Fit(row.fitted);
+    std::string const content = Fill(buffer);
+    buffer.Get(row.grown);
+    EXPECT_EQ(buffer.Capacity(), row.grown);
+    EXPECT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << row.held << ", " << row.fitted << ", " << row.grown;
+  }
+}
+
+TEST(MapBuffer, FitsAndGrowsAgainAsOftenAsItIsAsked) {
+  MapBuffer buffer;
+  for (int round = 1; round <= 60; ++round) {
+    buffer.Get(round * 3 * kPage);
+    Fill(buffer);
+    buffer.Fit(round * kPage);
+    std::string const content = Fill(buffer);
+    buffer.Get(round * 2 * kPage);
+    ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << round;
+  }
+}
+
 #ifndef CORVANE_TEST_OWN_ALLOCATOR
+
+// Of the whole program, in bytes.
+std::size_t ResidentMemory() {
+  std::size_t pages = 0;
+  std::size_t resident = 0;
+  std::ifstream("/proc/self/statm") >> pages >> resident;
+  return resident * static_cast<std::size_t>(kPage);
+}
+
+TEST(MapBuffer, FitGivesTheMemoryBackToTheSystem) {
+  constexpr std::size_t kMebibyte = std::size_t{1024} * 1024;
+  MapBuffer buffer;
+  std::memset(buffer.Get(64 * 1024 * 1024), 'x', 64 * kMebibyte);
+  std::size_t const before = ResidentMemory();
+  buffer.Fit(1);
+  EXPECT_LT(ResidentMemory() + 60 * kMebibyte, before);
+}
+
+TEST(MapBuffer, FitsTheLargestBlock) {
+  MapBuffer buffer;
+  std::memcpy(buffer.Get(INT_MAX), "kept", 4);
+  buffer.Fit(kPage + 1);
+  EXPECT_EQ(buffer.Capacity(), 2 * kPage);
+  EXPECT_EQ(Bytes(buffer.GetBegin(), 4), "kept");
+  buffer.Get(INT_MAX);
+  EXPECT_EQ(Bytes(buffer.GetBegin(), 4), "kept");
+}
 
 TEST(MapBuffer, RoundsUpToTheLargestIntAtMost) {
   MapBuffer buffer;
@@ -209,6 +429,18 @@ TEST(MapBuffer, OutOfMemoryLeavesBlockAndCapacity) {
   EXPECT_EQ(Bytes(block, 4), "kept");
 }
 
+TEST(MapBuffer, OutOfMemoryLeavesABlockOfOwnPages) {
+  MapBuffer buffer;
+  void* const block = buffer.Get(3 * kOwnPages);
+  std::string const content = Fill(buffer);
+  EXPECT_EQ(Refused(buffer, kTooMuch), "Out of memory for the row buffer. ");
+  EXPECT_EQ(buffer.GetBegin(), block);
+  EXPECT_EQ(buffer.Capacity(), 3 * kOwnPages);
+  EXPECT_TRUE(HoldsAndIsZeroBehind(buffer, content));
+  buffer.Get(4 * kOwnPages);
+  EXPECT_TRUE(HoldsAndIsZeroBehind(buffer, content));
+}
+
 TEST(MapBuffer, GrowsAgainAfterARefusal) {
   MapBuffer buffer;
   std::memcpy(buffer.Get(1), "kept", 4);
@@ -260,6 +492,89 @@ TEST(MapBuffer, KeepsALargeBlob) {
   RealBlob const* const kept = buffer.KeepBlob(3'000'001, bytes.data());
   EXPECT_EQ(kept->Length(), 3'000'001U);
   EXPECT_TRUE(Bytes(kept->voidptr(), bytes.size()) == bytes);
+}
+
+// One length, and the blob of that many bytes that was kept.
+struct KeptBlob {
+  RealBlob const* blob;
+  std::string expected;
+};
+
+// Blobs of lengths around those of the chunks that they are kept in, with odd bytes kept between them.
+std::vector<KeptBlob> KeepBlobs(MapBuffer& buffer) {
+  std::vector<KeptBlob> kept;
+  char fill = 'a';
+  for (int round = 0; round < 3; ++round) {
+    for (unsigned const length : {0U, 1U, 2U, 7U, 8U, 9U, 64U, 4'097U, 65'495U, 65'496U, 65'497U, 65'535U, 65'536U, 0U,
+                                  65'537U, 1U, 200'000U, 3U}) {
+      std::string const bytes(length, fill);
+      kept.push_back({buffer.KeepBlob(length, bytes.data()), bytes});
+      buffer.KeepBytes(bytes.data(), length % 13);
+      fill = fill == 'z' ? 'a' : static_cast<char>(fill + 1);
+    }
+  }
+  return kept;
+}
+
+TEST(MapBuffer, KeepsBlobsOfAllLengthsWhereTheyAre) {
+  MapBuffer buffer;
+  for (KeptBlob const& one : KeepBlobs(buffer)) {
+    ASSERT_EQ(one.blob->Length(), one.expected.size());
+    ASSERT_EQ(one.blob->IsNull(), 0);
+    ASSERT_TRUE(Bytes(one.blob->voidptr(), one.expected.size()) == one.expected) << one.expected.size();
+  }
+}
+
+TEST(MapBuffer, KeepsBlobsWhenTheBlockGrowsAndIsFitted) {
+  MapBuffer buffer;
+  buffer.Get(1);
+  std::vector<KeptBlob> const kept = KeepBlobs(buffer);
+  buffer.Get(64 * kOwnPages);
+  buffer.Fit(1);
+  for (KeptBlob const& one : kept) {
+    ASSERT_TRUE(Bytes(one.blob->voidptr(), one.expected.size()) == one.expected) << one.expected.size();
+  }
+}
+
+TEST(MapBuffer, KeepsBlobsAlignedWhateverIsKeptBetweenThem) {
+  MapBuffer buffer;
+  for (unsigned length = 0; length < 300; ++length) {
+    std::string const bytes(length, 'x');
+    auto const address = reinterpret_cast<std::uintptr_t>(buffer.KeepBlob(length, bytes.data()));
+    ASSERT_EQ(address % alignof(RealBlob), 0U) << length;
+    buffer.KeepBytes(bytes.data(), length);
+  }
+}
+
+TEST(MapBuffer, AKeptBlobHasNoBytesWhenItIsEmpty) {
+  MapBuffer buffer;
+  EXPECT_EQ(buffer.KeepBlob(0, nullptr)->voidptr(), nullptr);
+  EXPECT_EQ(buffer.KeepBlob(0, "x")->voidptr(), nullptr);
+}
+
+TEST(MapBuffer, ACopyOfAKeptBlobOutlivesTheBuffer) {
+  RealBlob copy;
+  RealBlob empty;
+  {
+    MapBuffer buffer;
+    RealBlob const built(*buffer.KeepBlob(4, "blob"));
+    copy = *buffer.KeepBlob(4, "blob");
+    EXPECT_TRUE(built == copy);
+    empty = *buffer.KeepBlob(0, nullptr);
+  }
+  EXPECT_EQ(Bytes(copy.voidptr(), 4), "blob");
+  EXPECT_EQ(empty.IsNull(), 0);
+  EXPECT_EQ(empty.Length(), 0U);
+}
+
+TEST(MapBuffer, AKeptBlobIsAValueLikeAnyOther) {
+  MapBuffer buffer;
+  RealBlob const& kept = *buffer.KeepBlob(3, "abc");
+  EXPECT_TRUE(kept == RealBlob(3, "abc"));
+  EXPECT_TRUE(kept < RealBlob(3, "abd"));
+  EXPECT_EQ(kept.GetSize(), 3);
+  EXPECT_EQ(kept.GetType(), corvane::kTypeRealBlob);
+  EXPECT_EQ(kept.getstr(), "BLOB");
 }
 
 TEST(MapBuffer, KeepsACopyOfBytes) {

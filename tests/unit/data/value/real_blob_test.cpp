@@ -220,6 +220,126 @@ TEST(RealBlob, SurvivesSelfAssignmentWhileBorrowing) {
   EXPECT_EQ(BytesOf(blob), "abc");
 }
 
+// Assignment of as many bytes as there are already
+
+TEST(RealBlob, AssignsAnotherOfItsLengthDeeply) {
+  RealBlob const original(3, "abc");
+  RealBlob assigned(3, "xyz");
+  assigned = original;
+  EXPECT_NE(assigned.voidptr(), original.voidptr());
+  std::memset(original.voidptr(), 'X', 3);
+  EXPECT_EQ(BytesOf(assigned), "abc");
+}
+
+TEST(RealBlob, LeavesTheSourceOfItsLengthAsItWas) {
+  RealBlob const original(3, "abc");
+  RealBlob assigned(3, "xyz");
+  assigned = original;
+  std::memset(assigned.voidptr(), 'X', 3);
+  EXPECT_EQ(BytesOf(original), "abc");
+}
+
+TEST(RealBlob, NeverWritesIntoBytesThatItBorrows) {
+  char bytes[] = {'a', 'b', 'c'};
+  RealBlob const owned(3, "xyz");
+  RealBlob assigned(3, bytes, NoCopy);
+  assigned = owned;
+  EXPECT_EQ(std::string_view(bytes, 3), "abc");
+  EXPECT_EQ(BytesOf(assigned), "xyz");
+  EXPECT_NE(assigned.voidptr(), bytes);
+}
+
+TEST(RealBlob, NeverWritesIntoBytesThatItBorrowsByCopy) {
+  char bytes[] = {'a', 'b', 'c'};
+  RealBlob assigned(3, bytes, NoCopy);
+  assigned.copy(RealBlob(3, "xyz"));
+  EXPECT_EQ(std::string_view(bytes, 3), "abc");
+  EXPECT_EQ(BytesOf(assigned), "xyz");
+}
+
+TEST(RealBlob, OwnsItsBytesOnceItWasAssignedTo) {
+  char bytes[] = {'a', 'b', 'c'};
+  RealBlob assigned(3, bytes, NoCopy);
+  assigned = RealBlob(3, "uvw");
+  assigned = RealBlob(3, "xyz");
+  bytes[0] = 'X';
+  EXPECT_EQ(BytesOf(assigned), "xyz");
+}
+
+TEST(RealBlob, DuplicatesBorrowedBytesOfItsLength) {
+  char bytes[] = {'a', 'b', 'c'};
+  RealBlob const original(3, bytes, NoCopy);
+  RealBlob assigned(3, "xyz");
+  assigned = original;
+  bytes[0] = 'X';
+  EXPECT_EQ(BytesOf(assigned), "abc");
+}
+
+TEST(RealBlob, DuplicatesBorrowedBytesOfItsLengthWhenItBorrowsItself) {
+  char bytes[] = {'a', 'b', 'c', 'd'};
+  RealBlob const original(3, bytes, NoCopy);
+  RealBlob assigned(3, bytes + 1, NoCopy);
+  assigned = original;
+  EXPECT_EQ(std::string_view(bytes, 4), "abcd");
+  EXPECT_EQ(BytesOf(assigned), "abc");
+}
+
+TEST(RealBlob, TakesItsOwnBytesFromOneThatBorrowsThem) {
+  RealBlob blob(3, "abc");
+  RealBlob const borrowed(3, blob.voidptr(), NoCopy);
+  blob = borrowed;
+  EXPECT_EQ(BytesOf(blob), "abc");
+}
+
+TEST(RealBlob, TakesAPartOfItsOwnBytesFromOneThatBorrowsIt) {
+  RealBlob blob(6, "abcdef");
+  RealBlob const borrowed(3, static_cast<char*>(blob.voidptr()) + 2, NoCopy);
+  blob = borrowed;
+  EXPECT_EQ(BytesOf(blob), "cde");
+}
+
+TEST(RealBlob, TakesBytesThatOverlapItsOwn) {
+  RealBlob blob(6, "abcdef");
+  char* const bytes = static_cast<char*>(blob.voidptr());
+  RealBlob inner(4, bytes, NoCopy);
+  inner = RealBlob(4, bytes + 2, NoCopy);
+  EXPECT_EQ(BytesOf(inner), "cdef");
+  EXPECT_EQ(BytesOf(blob), "abcdef");
+}
+
+TEST(RealBlob, TakesNulsOfItsLength) {
+  RealBlob blob(3, "xyz");
+  blob = RealBlob(3, "a\0b");
+  EXPECT_EQ(BytesOf(blob), std::string_view("a\0b", 3));
+}
+
+TEST(RealBlob, SwitchesBetweenNullEmptyAndBytes) {
+  RealBlob const null;
+  RealBlob const empty(0, nullptr);
+  RealBlob const bytes(3, "abc");
+  RealBlob blob;
+  blob = empty;
+  EXPECT_EQ(blob.IsNull(), 0);
+  EXPECT_EQ(blob.voidptr(), nullptr);
+  blob = empty;
+  EXPECT_EQ(blob.IsNull(), 0);
+  blob = bytes;
+  EXPECT_EQ(BytesOf(blob), "abc");
+  blob = empty;
+  EXPECT_EQ(blob.IsNull(), 0);
+  EXPECT_EQ(blob.Length(), 0U);
+  blob = null;
+  EXPECT_EQ(blob.IsNull(), 1);
+  blob = null;
+  EXPECT_EQ(blob.IsNull(), 1);
+}
+
+TEST(RealBlob, TakesZerosOfItsLength) {
+  RealBlob blob(3, "xyz");
+  blob = RealBlob(3, nullptr);
+  EXPECT_EQ(BytesOf(blob), std::string_view("\0\0\0", 3));
+}
+
 TEST(RealBlob, ReturnsItselfFromAssignment) {
   RealBlob const other(3, "abc", Copy);
   RealBlob blob;
