@@ -21,6 +21,8 @@ class CORVANE_API MapBuffer {
   /// INT_MAX), keeping its content; what is added is zero-filled. A negative size counts as 0. Throws AException "Out
   /// of memory for the row buffer. ", block and capacity then being as before.
   void* Get(int size);
+  /// Get(), with room for more to come: twice the block, or 256 MiB more than it has, if the system gives as much.
+  void* Grow(int size);
   /// Gives back the pages behind the first `size` bytes, unless the system refuses; does nothing when there are none,
   /// or for a size of 0 or less. The block may have moved. Throws nothing.
   void Fit(int size);
@@ -36,12 +38,15 @@ class CORVANE_API MapBuffer {
 
  private:
   bool Resize(std::size_t size);
+  bool ResizeHeap(std::size_t size);
+  bool ResizePages(std::size_t size);
   void Free();
   unsigned char* Take(std::size_t length);
 
   void* data_ = nullptr;  // owned
   int capacity_ = 0;
-  bool ownPages_ = false;  // the block is mapped by itself; else it is malloc's
+  std::size_t pages_ = 0;  // bytes of the block's own pages, capacity_ or more; 0 while it is malloc's
+  std::size_t used_ = 0;   // how many of them another block has written to before
   std::vector<std::unique_ptr<unsigned char[]>> chunks_;
   unsigned char* chunk_ = nullptr;  // where the last chunk goes on
   std::size_t chunkRoom_ = 0;

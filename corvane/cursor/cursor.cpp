@@ -64,6 +64,11 @@ void ASCursor::Order(ASOrder const& order) {
   order_ << order.text_;
 }
 
+void ASCursor::Order(ASOrder&& order) {
+  if (order_.length() > 0) return Order(order);
+  order_ = std::move(order.text_);
+}
+
 ASCursor& ASCursor::Union(ASFilter const& other) { return Append(" UNION ", other); }
 ASCursor& ASCursor::UnionAll(ASFilter const& other) { return Append(" UNION ALL ", other); }
 ASCursor& ASCursor::Intersect(ASFilter const& other) { return Append(" INTERSECT ", other); }

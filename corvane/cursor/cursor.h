@@ -64,6 +64,7 @@ class CORVANE_API ASCursor : public virtual ASFilter {
   ASCursor& Limit(unsigned count, unsigned offset = 0);
   /// Appends to the ORDER BY list, behind ", " unless it is empty.
   void Order(ASOrder const& order);
+  void Order(ASOrder&& order);
   /// Append " UNION ", " UNION ALL ", " INTERSECT " or " MINUS " and the other filter's statement as of now. MySQL and
   /// MariaDB refuse MINUS (error 1064). An operand's own ORDER BY or LIMIT is refused, too, or, of the last operand,
   /// holds for the whole. Order the whole by position or by bare name: `ASOrder("1")`. Throw "There is no session for

@@ -108,6 +108,12 @@ double ParseWithC(char const* text) {
 // Numbers below it have at most 15 digits with the decimals that WriteShortDecimal() tries.
 constexpr double kMostExact = 1e11;
 
+// In any other mode of rounding the check below would take a neighbour for the number.
+bool RoundsToNearest() {
+  double const volatile tiny = std::numeric_limits<double>::min();
+  return 1.0 + tiny == 1.0 - tiny;
+}
+
 // Writes a number that has few decimals; 0 when it has more. No two decimal numbers of at most 15 digits are read as
 // the same double, so that the first one that is read as this number is the shortest text that is.
 std::size_t WriteShortDecimal(char* to, double number, double magnitude) {
@@ -149,7 +155,7 @@ std::size_t WriteNumber(char* to, unsigned long long number) {
 
 std::size_t WriteNumber(char* to, double number) {
   double const magnitude = std::fabs(number);
-  if (std::size_t const length = magnitude < kMostExact ? WriteShortDecimal(to, number, magnitude) : 0) return length;
+  if (std::size_t const length = magnitude < kMostExact && RoundsToNearest() ? WriteShortDecimal(to, number, magnitude) : 0) return length;
   bool const plain = magnitude == 0 || (magnitude >= 1e-6 && magnitude < 1e17);
   auto const format = plain ? std::chars_format::fixed : std::chars_format::scientific;
   return static_cast<std::size_t>(std::to_chars(to, to + kNumberRoom, number, format).ptr - to);

@@ -222,7 +222,7 @@ Str ASDomain::Alias() const {
 
 Str ASDomain::Query(Str const& prefix, Str const& suffix) const {
   Str text;
-  AppendQuery(text, prefix.View(), suffix.View());
+  AppendQuery(text, prefix, suffix);
   return text;
 }
 
@@ -236,19 +236,13 @@ ASDomain::AliasText::AliasText(ASDomain const* record) {
   length = static_cast<unsigned char>(1 + digits);
 }
 
-void ASDomain::AppendQuery(Str& out, std::string_view prefix, std::string_view suffix) const {
-  auto const append = [&out](std::string_view text) { out.Append(text.data(), text.size()); };
-  append(prefix);
+void ASDomain::AppendQuery(Str& out, Str const& prefix, Str const& suffix) const {
+  out << prefix;
   std::string_view rest = name_.View();
   for (std::size_t dot; (dot = rest.find('.')) != std::string_view::npos; rest.remove_prefix(dot + 1)) {
-    append(rest.substr(0, dot));
-    append(prefix);
-    out << '.';
-    append(suffix);
+    out.Append(rest.data(), dot) << prefix << '.' << suffix;
   }
-  append(rest);
-  append(suffix);
-  out << ' ';
+  out.Append(rest.data(), rest.size()) << suffix << ' ';
   AppendAlias(out);
 }
 

@@ -3,7 +3,6 @@
 
 #include <cstring>
 #include <list>
-#include <string_view>
 
 #include "corvane/data/int.h"
 #include "corvane/data/value/str.h"
@@ -16,7 +15,8 @@
 /// Add() in the constructor. Such a record owns neither list entries nor values: they are its members.
 /// Make record classes non-copyable, or give them an `operator=` that calls only ASDomain's: the operators that the
 /// compiler would write copy the attribute members too, and with them the pointers into the other record.
-/// A record must stay where it is: statements name it by its address.
+/// A record must stay where it is, and live as long as a column of it is written anywhere: statements name it by its
+/// address.
 ///
 /// A copy (by copy construction, or by assignment to a record without columns) makes columns and values of its own on
 /// the heap and is labelled "COPY". The label alone decides: the destructor of whatever is labelled "COPY" deletes its
@@ -54,7 +54,7 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   Str Query(Str const& prefix, Str const& suffix) const;
   /// Alias() and Query() without a text of their own.
   void AppendAlias(Str& out) const { out.Append(alias_.text, alias_.length); }
-  void AppendQuery(Str& out, std::string_view prefix, std::string_view suffix) const;
+  void AppendQuery(Str& out, Str const& prefix, Str const& suffix) const;
 
   /// Sets every value NULL.
   void SetNull();

@@ -1,5 +1,7 @@
 #include "corvane/query/filter.h"
 
+#include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "corvane/mapping/attribute.h"
@@ -11,7 +13,7 @@ namespace {
 // Room for the fixed words and the tables of a statement; more is made when it does not suffice.
 constexpr std::size_t kStatementRoom = 160;
 
-constexpr char kWhere[] = " WHERE ";
+constexpr std::string_view kWhere = " WHERE ";
 
 Str Wrapped(char const* word, Str const& statement) {
   Str text(word);
@@ -47,16 +49,23 @@ ASProject& ASFilter::DistinctProject() {
   return projection_;
 }
 
-ASFilter& ASFilter::Set(ASComparison const& condition) {
+ASFilter& ASFilter::Set(ASComparison const& condition) { return Set(ASComparison(condition)); }
+
+ASFilter& ASFilter::Set(ASComparison&& condition) {
   Merge(condition);
-  projection_.joinPairs_ = condition.JoinPairs();
-  projection_.joinConditions_ = condition.JoinConditions();
-  if (condition.text_.length() > 0) {
-    Str where;
-    where.Reserve(sizeof kWhere + condition.text_.View().size());
-    where << kWhere << condition.text_;
-    where_ = std::move(where);
+  Str& text = condition.text_;
+  if (text.length() > 0) {
+    std::size_t const length = text.View().size();
+    text.AppendWith(kWhere.size(), [length](char* const end) {
+      char* const begin = end - length;
+      std::memmove(begin + kWhere.size(), begin, length);
+      std::memcpy(begin, kWhere.data(), kWhere.size());
+      return kWhere.size();
+    });
+    where_ = std::move(text);
   }
+  projection_.joinPairs_ = std::move(condition.joinPairs_);
+  projection_.joinConditions_ = std::move(condition.joinConditions_);
   return *this;
 }
 

@@ -2,6 +2,7 @@
 #define CORVANE_QUERY_FILTER_H
 
 #include <cstddef>
+#include <utility>
 
 #include "corvane/data/value/str.h"
 #include "corvane/query/project.h"
@@ -39,7 +40,9 @@ class CORVANE_API ASFilter {
   /// Always replaces the outer joins, and adds the condition's records to those of an earlier one: after a second call
   /// a record that was outer-joined before stands in the FROM clause without a condition.
   ASFilter& Where(ASComparison const& condition) { return Set(condition); }
+  ASFilter& Where(ASComparison&& condition) { return Set(std::move(condition)); }
   ASFilter& Set(ASComparison const& condition);
+  ASFilter& Set(ASComparison&& condition);
   /// Appends " HAVING " and the text; call it once, servers refuse a second one.
   ASFilter& Having(ASGroupComparison const& condition);
   /// Appends " START WITH " and the text of `start`, if that names a record, then " CONNECT BY PRIOR " and that of

@@ -1,5 +1,7 @@
 #include "corvane/query/order.h"
 
+#include <utility>
+
 #include "corvane/internal/sql_text.h"
 #include "corvane/mapping/attribute.h"
 #include "corvane/query/group_attribute.h"
@@ -10,17 +12,15 @@ using corvane::internal::sql::kSeparator;
 
 namespace {
 
-// Room for an alias, a name and a direction; more is made when it does not suffice.
-constexpr std::size_t kOrderRoom = 79;
+// Room for a few columns with alias, name and direction; more is made when it does not suffice.
+constexpr std::size_t kOrderRoom = 119;
 
-// `before`, the separator, the column and its direction.
-Str Directed(std::string_view before, char const* separator, ASSimpleAttribute const& column, char const* direction) {
-  Str text;
-  text.Reserve(before.size() + kOrderRoom);
-  text.Append(before.data(), before.size());
-  column.AppendTo(text, separator);
-  text << direction;
-  return text;
+// The order's text with the separator, the column and its direction behind it.
+Str Directed(Str order, char const* separator, ASSimpleAttribute const& column, char const* direction) {
+  order.Reserve(kOrderRoom);
+  column.AppendTo(order, separator);
+  order << direction;
+  return order;
 }
 
 }  // namespace
@@ -31,19 +31,21 @@ ASOrder& ASOrder::operator<<(Str const& text) {
   return *this;
 }
 
-ASOrder ASAttribute::operator-() const { return ASOrder(Directed("", "", *this, kDescending)); }
-ASOrder ASGroupAttribute::operator-() const { return ASOrder(Directed("", "", *this, kDescending)); }
+ASOrder ASAttribute::operator-() const { return ASOrder(Directed(Str(), "", *this, kDescending)); }
+ASOrder ASGroupAttribute::operator-() const { return ASOrder(Directed(Str(), "", *this, kDescending)); }
 
 // Pinned: the separator stands behind an empty list, too; held by Order.ContinuingAnEmptyOrderWritesTheCommaAllTheSame.
-ASOrder operator-(ASOrder const& order, ASAttribute const& attribute) {
-  return ASOrder(Directed(order.text_.View(), kSeparator, attribute, kDescending));
+ASOrder operator-(ASOrder&& order, ASAttribute const& attribute) {
+  return ASOrder(Directed(std::move(order.text_), kSeparator, attribute, kDescending));
 }
-ASOrder operator+(ASOrder const& order, ASAttribute const& attribute) {
-  return ASOrder(Directed(order.text_.View(), kSeparator, attribute, kAscending));
+ASOrder operator+(ASOrder&& order, ASAttribute const& attribute) {
+  return ASOrder(Directed(std::move(order.text_), kSeparator, attribute, kAscending));
 }
+ASOrder operator-(ASOrder const& order, ASAttribute const& attribute) { return ASOrder(order) - attribute; }
+ASOrder operator+(ASOrder const& order, ASAttribute const& attribute) { return ASOrder(order) + attribute; }
 ASOrder& operator-(ASOrder& order, ASGroupAttribute const& aggregate) {
-  return order << Directed("", "", aggregate, kDescending);
+  return order << Directed(Str(), "", aggregate, kDescending);
 }
 ASOrder& operator+(ASOrder& order, ASGroupAttribute const& aggregate) {
-  return order << Directed("", "", aggregate, kAscending);
+  return order << Directed(Str(), "", aggregate, kAscending);
 }

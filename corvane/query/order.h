@@ -24,15 +24,17 @@ class CORVANE_API ASOrder {
 
  private:
   friend class ASCursor;
-  friend CORVANE_API ASOrder operator-(ASOrder const& order, ASAttribute const& attribute);
-  friend CORVANE_API ASOrder operator+(ASOrder const& order, ASAttribute const& attribute);
+  friend CORVANE_API ASOrder operator-(ASOrder&& order, ASAttribute const& attribute);
+  friend CORVANE_API ASOrder operator+(ASOrder&& order, ASAttribute const& attribute);
 
   Str text_;
 };
 
 /// A new list: the other one, ", " (even behind an empty one, which servers refuse) and "a DESC" or "a ASC".
 CORVANE_API ASOrder operator-(ASOrder const& order, ASAttribute const& attribute);
+CORVANE_API ASOrder operator-(ASOrder&& order, ASAttribute const& attribute);
 CORVANE_API ASOrder operator+(ASOrder const& order, ASAttribute const& attribute);
+CORVANE_API ASOrder operator+(ASOrder&& order, ASAttribute const& attribute);
 /// Appends "SUM(a) DESC" or "SUM(a) ASC" to the list itself, which needs a name, as `<<` does, and returns it.
 CORVANE_API ASOrder& operator-(ASOrder& order, ASGroupAttribute const& aggregate);
 CORVANE_API ASOrder& operator+(ASOrder& order, ASGroupAttribute const& aggregate);

@@ -112,8 +112,8 @@ Str ASProject::ProjectForLimitQuery() const {
 }
 
 void ASProject::setKW(Str const& prefix, Str const& suffix) const {
-  kwPrefix_ = prefix.View();
-  kwSuffix_ = suffix.View();
+  if (kwPrefix_ != prefix || kwPrefix_.IsNull() != prefix.IsNull()) kwPrefix_ = prefix;
+  if (kwSuffix_ != suffix || kwSuffix_.IsNull() != suffix.IsNull()) kwSuffix_ = suffix;
 }
 
 Str ASProject::JoinQuery() const {

@@ -3,7 +3,6 @@
 
 #include <list>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include "corvane/data/value/str.h"
@@ -84,8 +83,8 @@ class CORVANE_API ASProject {
 
   Str projectText_;
   Str groupText_;
-  mutable std::string kwPrefix_;  // short: these texts need no allocation
-  mutable std::string kwSuffix_;
+  mutable Str kwPrefix_;
+  mutable Str kwSuffix_;
   std::list<ASSimpleAttribute*> items_;          // not owned, or in kept_
   std::list<ASSimpleAttribute*> reservedItems_;  // keeps the layout; empty
   std::list<ASDomain*> domains_;                 // not owned

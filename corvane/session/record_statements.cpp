@@ -318,7 +318,7 @@ void FetchField(ASData& data, char const* field, std::size_t length) {
       As<ASRealBlob>(data) = RealBlob(static_cast<unsigned>(length), field, NoCopy);
       return;
     case corvane::kTypeStr:
-      return As<ASStr, ASVStr>(data).Fill(field, strnlen(field, length));
+      return As<ASStr, ASVStr, ASStr>(data).Fill(field, strnlen(field, length));
     default:
       break;
   }

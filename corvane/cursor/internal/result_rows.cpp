@@ -39,12 +39,6 @@ Column* As(ASData* data) {
   return dynamic_cast<Column*>(data);
 }
 
-// The next size of a block whose rows are not counted yet: twice as large, but not by more than the step.
-int Grown(int size) {
-  constexpr int kStep = 256 * 1024 * 1024;
-  return size <= INT_MAX - kStep ? size + std::min(size, kStep) : INT_MAX;
-}
-
 }  // namespace
 
 ResultRows::ResultRows(std::list<ASSimpleAttribute*> const& items, std::list<std::shared_ptr<ASSimpleAttribute>> kept)
@@ -86,7 +80,7 @@ int ResultRows::Read(MYSQL_RES* result, MapBuffer& buffer) {
   };
   while (MYSQL_ROW const texts = mysql_fetch_row(result)) {
     int const size = sizeOf(rows + 1);
-    if (size > buffer.Capacity()) fit(&MapBuffer::Get, std::max(size, Grown(buffer.Capacity())));
+    if (size > buffer.Capacity()) fit(&MapBuffer::Grow, size);
     ReadRow(static_cast<char*>(buffer.GetBegin()) + rows * rowSize, texts, mysql_fetch_lengths(result), buffer);
     ++rows;
   }
@@ -290,9 +284,9 @@ inline void ResultRows::Deliver(UU const& cell, Column const& column) {
       } else if (bytes == nullptr) {
         text.ASStr::SetNull();
       } else if (column.store == Store::kFixedText) {
-        text.Pad(bytes, cell.value.length - 1);
+        text.Pad(bytes, std::strlen(bytes));
       } else {
-        text.Fill(bytes, cell.value.length - 1);
+        text.Fill(bytes, std::strlen(bytes));
       }
       return;
     }

@@ -10,7 +10,9 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <vector>
 
@@ -34,7 +36,7 @@ std::string Bytes(void const* bytes, std::size_t length) {
 }
 
 // A block from this size on has pages of its own.
-constexpr int kOwnPages = 128 * 1024;
+constexpr int kOwnPages = 32 * 1024;
 
 // So many bytes, each of them told by its place.
 std::string Content(std::size_t length) {
@@ -190,6 +192,79 @@ TEST(MapBuffer, GrowsZeroFilledInOneStepFromASmallBlock) {
     std::string const content = Fill(buffer);
     buffer.Get(size);
     ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << size;
+  }
+}
+
+// The pages of a freed block may come back in the next one.
+TEST(MapBuffer, StartsAndGrowsZeroFilledAfterAFullBlockWasFreed) {
+  for (int const freed : {kOwnPages, 10 * kOwnPages, 100 * kOwnPages, 1000 * kOwnPages}) {
+    for (int const size : {1, kOwnPages, 3 * kOwnPages, 100 * kOwnPages}) {
+      {
+        MapBuffer full;
+        full.Get(freed);
+        Fill(full);
+      }
+      MapBuffer buffer;
+      buffer.Get(size);
+      ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, "")) << freed << ' ' << size;
+      std::string const content = Fill(buffer);
+      buffer.Get(2 * size);
+      ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << freed << ' ' << size;
+      buffer.Fit(size);
+      buffer.Get(200 * kOwnPages);
+      ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << freed << ' ' << size;
+    }
+  }
+}
+
+TEST(MapBuffer, IsFreedByAnotherThreadAndByOneThatEnds) {
+  auto buffer = std::make_unique<MapBuffer>();
+  buffer->Get(10 * kOwnPages);
+  std::thread([&buffer] { buffer.reset(); }).join();
+  std::thread([] {
+    thread_local MapBuffer late;  // freed with the thread's other objects
+    late.Get(5 * kOwnPages);
+    MapBuffer early;
+    early.Get(10 * kOwnPages);
+  }).join();
+  MapBuffer after;
+  after.Get(10 * kOwnPages);
+  EXPECT_TRUE(HoldsAndIsZeroBehind(after, ""));
+}
+
+TEST(MapBuffer, GrowDoublesTheBlock) {
+  MapBuffer buffer;
+  EXPECT_NE(buffer.Grow(1), nullptr);
+  EXPECT_EQ(buffer.Capacity(), kPage);
+  buffer.Grow(kPage + 1);
+  EXPECT_EQ(buffer.Capacity(), 2 * kPage);
+  buffer.Grow(2 * kPage + 1);
+  EXPECT_EQ(buffer.Capacity(), 4 * kPage);
+}
+
+TEST(MapBuffer, GrowGivesWhatIsAskedForWhenThatIsMoreThanTwice) {
+  MapBuffer buffer;
+  buffer.Get(kPage);
+  buffer.Grow(9 * kPage);
+  EXPECT_EQ(buffer.Capacity(), 9 * kPage);
+}
+
+TEST(MapBuffer, GrowReturnsTheBlockThatFits) {
+  MapBuffer buffer;
+  void* const block = buffer.Get(10 * kPage);
+  EXPECT_EQ(buffer.Grow(10 * kPage), block);
+  EXPECT_EQ(buffer.Grow(0), block);
+  EXPECT_EQ(buffer.Grow(-1), block);
+  EXPECT_EQ(buffer.Capacity(), 10 * kPage);
+}
+
+TEST(MapBuffer, GrowKeepsTheContentAndIsZeroFilledBehindIt) {
+  MapBuffer buffer;
+  buffer.Get(1);
+  for (int round = 0; round < 9; ++round) {
+    std::string const content = Fill(buffer);
+    buffer.Grow(buffer.Capacity() + 1);
+    ASSERT_TRUE(HoldsAndIsZeroBehind(buffer, content)) << round;
   }
 }
 
@@ -398,6 +473,30 @@ class LowMemory {
 
   rlimit before_{};
 };
+
+TEST(MapBuffer, GrowAddsAQuarterOfAGibibyteAtMost) {
+  MapBuffer buffer;
+  buffer.Get(1024 * 1024 * 1024);
+  buffer.Grow(1024 * 1024 * 1024 + 1);
+  EXPECT_EQ(buffer.Capacity(), 1280 * 1024 * 1024);
+}
+
+TEST(MapBuffer, GrowGivesWhatIsAskedForWhenThereIsNoMemoryForMore) {
+  MapBuffer buffer;
+  buffer.Get(256 * 1024 * 1024);
+  LowMemory const low;
+  buffer.Grow(260 * 1024 * 1024);
+  EXPECT_EQ(buffer.Capacity(), 260 * 1024 * 1024);
+}
+
+TEST(MapBuffer, GrowThrowsWhenThereIsNoMemoryForWhatIsAskedFor) {
+  MapBuffer buffer;
+  void* const block = buffer.Get(256 * 1024 * 1024);
+  LowMemory const low;
+  EXPECT_THROW(buffer.Grow(1024 * 1024 * 1024), AException);
+  EXPECT_EQ(buffer.GetBegin(), block);
+  EXPECT_EQ(buffer.Capacity(), 256 * 1024 * 1024);
+}
 
 constexpr int kTooMuch = 1024 * 1024 * 1024;
 

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cfenv>
 #include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <string>
@@ -157,6 +159,24 @@ TEST(NumberWriting, AWordHasItsFirstCharacterLowest) {
   char text[] = "........#";
   StoreWord(text, 0x3837363534333231U);
   EXPECT_STREQ(text, "12345678#");
+}
+
+// Under another mode of rounding a text with few decimals could pass for a neighbour of its number.
+TEST(NumberWriting, TextsReadBackAsTheSameNumberInEveryModeOfRounding) {
+  int const before = std::fegetround();
+  for (int const mode : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+    Random random;
+    for (int i = 0; i < 50'000; ++i) {
+      double const plain = static_cast<double>(random.Below(1'000'000)) / 10'000;
+      for (double const number : {plain, std::nextafter(plain, 1e9), std::nextafter(plain, -1e9)}) {
+        char text[kNumberRoom + 1];
+        std::fesetround(mode);
+        text[WriteNumber(text, number)] = '\0';
+        std::fesetround(before);
+        ASSERT_EQ(std::strtod(text, nullptr), number) << text << " in mode " << mode;
+      }
+    }
+  }
 }
 
 }  // namespace

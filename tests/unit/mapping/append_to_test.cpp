@@ -225,11 +225,11 @@ TEST(Alias, IsTheSameInEveryText) {
   EXPECT_EQ(record.Query("", ""), ("orders " + AliasOf(record)).c_str());
 }
 
-TEST(Alias, PrefixAndSuffixMayBePartsOfLongerTexts) {
+TEST(Alias, StandsBehindATableBetweenQuotes) {
   ASDomain const record("shop.items", "");
-  std::string_view const quotes = "<>rest";
+  Str const open("<");
   Str text;
-  record.AppendQuery(text, quotes.substr(0, 1), quotes.substr(1, 1));
+  record.AppendQuery(text, open, Str(">"));
   EXPECT_EQ(text, ("<shop<.>items> " + AliasOf(record)).c_str());
 }
 

@@ -5,6 +5,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "tests/support/sql.h"
 
@@ -76,6 +77,26 @@ TEST_F(Filter, ANegationAloneNamesNoTable) {
 TEST_F(Filter, ANegationBesideANamingConditionHasItsTable) {
   f.Where(o.idColumn.IsNotNull() && !(o.idColumn == 3));
   EXPECT_EQ(Text(f), "SELECT * FROM (orders o) WHERE (o.id IS NOT NULL) AND ( NOT (o.id=3) )");
+}
+
+TEST_F(Filter, WhereLeavesTheConditionAsItWas) {
+  ASComparison const condition = ++o.customerColumn == c.idColumn && c.nameColumn == "x";
+  f.Where(condition);
+  EXPECT_EQ(Text(condition), "c.name='x'");
+  EXPECT_EQ(condition.JoinConditions().size(), 1u);
+  EXPECT_EQ(Text(f), "SELECT * FROM (customers c) LEFT JOIN orders o ON (o.customer_id=(c.id)) WHERE c.name='x'");
+}
+
+TEST_F(Filter, WhereTakesAConditionThatIsMoved) {
+  ASComparison condition = ++o.customerColumn == c.idColumn && c.nameColumn == "x";
+  f.Where(std::move(condition));
+  EXPECT_EQ(Text(f), "SELECT * FROM (customers c) LEFT JOIN orders o ON (o.customer_id=(c.id)) WHERE c.name='x'");
+}
+
+TEST_F(Filter, WhereOfAMovedConditionWithoutTextKeepsTheOneBefore) {
+  f.Where(c.nameColumn == "x");
+  f.Where(++o.customerColumn == c.idColumn);
+  EXPECT_EQ(Text(f), "SELECT * FROM (customers c) LEFT JOIN orders o ON (o.customer_id=(c.id)) WHERE c.name='x'");
 }
 
 TEST_F(Filter, DistinctProjectOpensTheSelectList) {

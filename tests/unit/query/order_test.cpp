@@ -108,6 +108,18 @@ TEST_F(Order, ContinuesItself) {
   EXPECT_EQ(Text(order), "a, o.id DESC, o.id ASC");
 }
 
+TEST_F(Order, ContinuingLeavesTheOrderAsItWas) {
+  ASOrder const order = -o.idColumn;
+  EXPECT_EQ(Text(order + o.noteColumn), "o.id DESC, o.note ASC");
+  EXPECT_EQ(Text(order - o.noteColumn), "o.id DESC, o.note DESC");
+  EXPECT_EQ(Text(order), "o.id DESC");
+}
+
+TEST_F(Order, ContinuesAnOrderThatIsMoved) {
+  ASOrder order = -o.idColumn;
+  EXPECT_EQ(Text(std::move(order) + o.noteColumn - c.nameColumn), "o.id DESC, o.note ASC, c.name DESC");
+}
+
 TEST_F(Order, CopyStandsOnItsOwn) {
   ASOrder original("a");
   ASOrder const copy(original);
