@@ -155,7 +155,9 @@ std::size_t WriteNumber(char* to, unsigned long long number) {
 
 std::size_t WriteNumber(char* to, double number) {
   double const magnitude = std::fabs(number);
-  if (std::size_t const length = magnitude < kMostExact && RoundsToNearest() ? WriteShortDecimal(to, number, magnitude) : 0) return length;
+  if (std::size_t const length =
+          magnitude < kMostExact && RoundsToNearest() ? WriteShortDecimal(to, number, magnitude) : 0)
+    return length;
   bool const plain = magnitude == 0 || (magnitude >= 1e-6 && magnitude < 1e17);
   auto const format = plain ? std::chars_format::fixed : std::chars_format::scientific;
   return static_cast<std::size_t>(std::to_chars(to, to + kNumberRoom, number, format).ptr - to);
