@@ -5,6 +5,7 @@
 #include <deque>
 #include <stdexcept>
 
+#include "account_columns.h"
 #include "growth.h"
 #include "program.h"
 
@@ -12,34 +13,8 @@ namespace bench {
 
 namespace {
 
-struct AccountColumns {
-  ASInt id;
-  ASInt64 account;
-  ASVStr name{64};
-  ASStr code{8};
-  ASDouble balance;
-  ASDouble price;
-  ASTime created;
-  ASVStr note{200};
-  ASInt age;
-  ASRealBlob photo{0};
-  ASAttribute idColumn{"id", "", 0, corvane::kKey | corvane::kAutoIncrement};
-  ASAttribute accountColumn{"account"};
-  ASAttribute nameColumn{"name"};
-  ASAttribute codeColumn{"code"};
-  ASAttribute balanceColumn{"balance"};
-  ASAttribute priceColumn{"price"};
-  ASAttribute createdColumn{"created"};
-  ASAttribute noteColumn{"note"};
-  ASAttribute ageColumn{"age"};
-  ASAttribute photoColumn{"photo"};
-
-  void AddTo(ASDomain& record) {
-    record.Add(idColumn, id).Add(accountColumn, account).Add(nameColumn, name).Add(codeColumn, code);
-    record.Add(balanceColumn, balance).Add(priceColumn, price).Add(createdColumn, created).Add(noteColumn, note);
-    record.Add(ageColumn, age).Add(photoColumn, photo);
-  }
-
+// The values of a record and those of the plain struct.
+struct AccountValues : AccountColumns {
   void To(Account& to) const {
     to.id = id;
     to.account = account;
@@ -77,6 +52,7 @@ struct AccountColumns {
     }
   }
 
+  using AccountColumns::AddTo;
   void AddTo(Checksum& checksum) const {
     checksum.Add(std::int64_t{id});
     checksum.Add(std::int64_t{account});
@@ -93,8 +69,8 @@ struct AccountColumns {
   }
 };
 
-struct AccountRecord : ASDomain, AccountColumns {
-  explicit AccountRecord(char const* table) : ASDomain(table, "") { AccountColumns::AddTo(*this); }
+struct AccountRecord : ASDomain, AccountValues {
+  explicit AccountRecord(char const* table) : ASDomain(table, "") { AddTo(*this); }
   AccountRecord(AccountRecord const&) = delete;
   AccountRecord& operator=(AccountRecord const&) = delete;
 };
@@ -246,9 +222,9 @@ void RenderConditions(benchmark::State& state, long size) {
   });
 }
 
-struct AccountCache : ASCache, AccountColumns {
+struct AccountCache : ASCache, AccountValues {
   AccountCache(ASSession* session, std::string const& table) : ASDomain(table, ""), ASCache(session, 0) {
-    AccountColumns::AddTo(*this);
+    AddTo(*this);
   }
 };
 
@@ -275,7 +251,7 @@ void Hit(benchmark::State& state, long size) {
     for (long i = 0; i < kHits; ++i) {
       cache.id = keys.Next();
       cache.Get(-1);
-      cache.AccountColumns::AddTo(checksum);
+      cache.AccountValues::AddTo(checksum);
     }
     return checksum.Sum();
   });

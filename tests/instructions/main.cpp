@@ -14,6 +14,7 @@
 #include <string>
 
 #include "bench/account.h"
+#include "bench/account_columns.h"
 #include "rows.h"
 
 #if __has_include(<sys/platform/x86.h>)
@@ -26,34 +27,7 @@ namespace corvane::test {
 
 namespace {
 
-struct AccountColumns {
-  ASInt id;
-  ASInt64 account;
-  ASVStr name{64};
-  ASStr code{8};
-  ASDouble balance;
-  ASDouble price;
-  ASTime created;
-  ASVStr note{200};
-  ASInt age;
-  ASRealBlob photo{0};
-  ASAttribute idColumn{"id", "", 0, kKey | kAutoIncrement};
-  ASAttribute accountColumn{"account"};
-  ASAttribute nameColumn{"name"};
-  ASAttribute codeColumn{"code"};
-  ASAttribute balanceColumn{"balance"};
-  ASAttribute priceColumn{"price"};
-  ASAttribute createdColumn{"created"};
-  ASAttribute noteColumn{"note"};
-  ASAttribute ageColumn{"age"};
-  ASAttribute photoColumn{"photo"};
-
-  void AddTo(ASDomain& record) {
-    record.Add(idColumn, id).Add(accountColumn, account).Add(nameColumn, name).Add(codeColumn, code);
-    record.Add(balanceColumn, balance).Add(priceColumn, price).Add(createdColumn, created).Add(noteColumn, note);
-    record.Add(ageColumn, age).Add(photoColumn, photo);
-  }
-};
+using bench::AccountColumns;
 
 struct Account : ASDomain, AccountColumns {
   Account() : ASDomain("account", "") { AddTo(*this); }

@@ -117,52 +117,36 @@ ScriptedClient::Failure& ScriptedClient::FailInit() {
   return initFailures_.emplace_back();
 }
 
-ScriptedClient::Failure& ScriptedClient::FailConnect(unsigned number, std::string text) {
+ScriptedClient::Failure& ScriptedClient::AddFailure(std::list<Failure>& failures, unsigned number, std::string text) {
   Guard const guard(mutex_);
-  Failure& failure = connectFailures_.emplace_back();
+  Failure& failure = failures.emplace_back();
   failure.number_ = number;
   failure.text_ = std::move(text);
   return failure;
+}
+
+ScriptedClient::Failure& ScriptedClient::FailConnect(unsigned number, std::string text) {
+  return AddFailure(connectFailures_, number, std::move(text));
 }
 
 ScriptedClient::Failure& ScriptedClient::FailQuery(unsigned number, std::string text) {
-  Guard const guard(mutex_);
-  Failure& failure = queryFailures_.emplace_back();
-  failure.number_ = number;
-  failure.text_ = std::move(text);
-  return failure;
+  return AddFailure(queryFailures_, number, std::move(text));
 }
 
 ScriptedClient::Failure& ScriptedClient::FailStoreResult(unsigned number, std::string text) {
-  Guard const guard(mutex_);
-  Failure& failure = storeFailures_.emplace_back();
-  failure.number_ = number;
-  failure.text_ = std::move(text);
-  return failure;
+  return AddFailure(storeFailures_, number, std::move(text));
 }
 
 ScriptedClient::Failure& ScriptedClient::FailUseResult(unsigned number, std::string text) {
-  Guard const guard(mutex_);
-  Failure& failure = useFailures_.emplace_back();
-  failure.number_ = number;
-  failure.text_ = std::move(text);
-  return failure;
+  return AddFailure(useFailures_, number, std::move(text));
 }
 
 ScriptedClient::Failure& ScriptedClient::FailFetchRow(unsigned number, std::string text) {
-  Guard const guard(mutex_);
-  Failure& failure = rowFailures_.emplace_back();
-  failure.number_ = number;
-  failure.text_ = std::move(text);
-  return failure;
+  return AddFailure(rowFailures_, number, std::move(text));
 }
 
 ScriptedClient::Failure& ScriptedClient::FailNextResult(unsigned number, std::string text) {
-  Guard const guard(mutex_);
-  Failure& failure = nextFailures_.emplace_back();
-  failure.number_ = number;
-  failure.text_ = std::move(text);
-  return failure;
+  return AddFailure(nextFailures_, number, std::move(text));
 }
 
 ScriptedClient::Answer& ScriptedClient::AnswerQuery(unsigned columns, std::vector<Row> rows) {

@@ -190,6 +190,7 @@ class ScriptedClient {
     std::string errorText;
   };
 
+  Failure& AddFailure(std::list<Failure>& failures, unsigned number, std::string text);
   Handle& Known(MYSQL* handle, char const* function);
   Handle const& Known(MYSQL* handle, char const* function) const;
   Result& Known(MYSQL_RES* result, char const* function);
