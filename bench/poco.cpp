@@ -33,7 +33,7 @@ class Poco::Data::TypeHandler<bench::Account> {
     to.hasPhoto = from->extract(at++, to.photo);
   }
 
-  static void prepare(std::size_t, bench::Account const&, AbstractPreparator::Ptr) {}
+  static void prepare(std::size_t, bench::Account const&, AbstractPreparator::Ptr const&) {}
 };
 
 namespace bench {

@@ -119,6 +119,7 @@ bool RoundsToNearest() {
 std::size_t WriteShortDecimal(char* to, double number, double magnitude) {
   constexpr int kMostDecimals = 4;
   for (int decimals = 0; decimals <= kMostDecimals; ++decimals) {
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): what is rounded to another number is found out at once
     auto const scaled = static_cast<std::int64_t>(magnitude * kPowersOfTen[decimals] + 0.5);
     if (static_cast<double>(scaled) / kPowersOfTen[decimals] != magnitude) continue;
     char* at = to;
