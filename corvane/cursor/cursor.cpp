@@ -182,7 +182,7 @@ void ASCursor::Open(int, int) {
     auto rows = std::make_unique<ResultRows>(Project().items_, Project().kept_);
     auto buffer = std::make_unique<MapBuffer>();
     int const count = rows->Read(result.get(), *buffer);
-    if (session_->HasError()) throw AException("MySQL fetch error. ");  // the rest never came
+    if (session_->HasError()) throw session_->FetchError();  // the rest never came
     rowCount_ = count;
     rows_ = std::move(rows);
     buffer_ = std::move(buffer);

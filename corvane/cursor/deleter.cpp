@@ -35,5 +35,6 @@ Str ASDeleter::Query() const {
 }
 
 unsigned long ASDeleter::Execute(ASSession* session) const {
-  return corvane::internal::ExecuteBulk(session, this, *this, "There is no session for deleter. ");
+  bool const hasCondition = Condition().length() > 0 && Project().JoinForDeleteQuery().length() > 0;
+  return corvane::internal::ExecuteBulk(session, this, *this, hasCondition, "There is no session for deleter. ");
 }

@@ -44,5 +44,6 @@ Str ASUpdater::Query() const {
 }
 
 unsigned long ASUpdater::Execute(ASSession* session) const {
-  return corvane::internal::ExecuteBulk(session, this, *this, "There is no session for updater. ");
+  bool const hasCondition = Condition().length() > 0;
+  return corvane::internal::ExecuteBulk(session, this, *this, hasCondition, "There is no session for updater. ");
 }

@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+#include "corvane/session/internal/options.h"
+
 namespace corvane::internal {
 
 namespace {
@@ -22,6 +24,38 @@ auto ClearReconnect(Handle* handle, long) -> decltype(static_cast<void>(handle->
   handle->options.reconnect = 0;
 }
 
+void SetSeconds(MYSQL* handle, mysql_option option, unsigned seconds) {
+  if (seconds > 0) mysql_options(handle, option, &seconds);
+}
+
+void SetText(MYSQL* handle, mysql_option option, std::string const& text) {
+  if (!text.empty()) mysql_options(handle, option, text.c_str());
+}
+
+#ifdef LIBMARIADB
+
+// Here "enforced" means TLS where the server offers it, the authority is checked when one is given, and "verified"
+// checks authority and name. That a connection has come to be encrypted the session checks itself.
+void SetSslMode(MYSQL* handle, SslMode mode) {
+  my_bool const enforced = mode >= SslMode::kPreferred ? 1 : 0;
+  my_bool const verified = mode >= SslMode::kVerifyIdentity ? 1 : 0;
+  mysql_options(handle, MYSQL_OPT_SSL_ENFORCE, &enforced);
+  mysql_options(handle, MYSQL_OPT_SSL_VERIFY_SERVER_CERT, &verified);
+}
+
+#else
+
+void SetSslMode(MYSQL* handle, SslMode mode) {
+  unsigned number = SSL_MODE_DISABLED;
+  if (mode == SslMode::kPreferred) number = SSL_MODE_PREFERRED;
+  if (mode == SslMode::kRequired) number = SSL_MODE_REQUIRED;
+  if (mode == SslMode::kVerifyCa) number = SSL_MODE_VERIFY_CA;
+  if (mode == SslMode::kVerifyIdentity) number = SSL_MODE_VERIFY_IDENTITY;
+  mysql_options(handle, MYSQL_OPT_SSL_MODE, &number);
+}
+
+#endif
+
 }  // namespace
 
 void EnsureClientLibrary() {
@@ -35,6 +69,21 @@ std::size_t Escape(char* to, char const* bytes, std::size_t length) {
 }
 
 void ForbidReconnect(MYSQL* handle) { ClearReconnect(handle, 0); }
+
+void SetOptions(MYSQL* handle, SessionOptions const& options) {
+  SetSeconds(handle, MYSQL_OPT_CONNECT_TIMEOUT, options.connectTimeout);
+  SetSeconds(handle, MYSQL_OPT_READ_TIMEOUT, options.readTimeout);
+  SetSeconds(handle, MYSQL_OPT_WRITE_TIMEOUT, options.writeTimeout);
+  SetText(handle, MYSQL_SET_CHARSET_NAME, options.charset);
+  if (options.sslMode == SslMode::kUnset) return;
+  SetSslMode(handle, options.sslMode);
+  if (options.sslMode == SslMode::kDisabled) return;  // MariaDB's library takes a file as a wish for TLS
+  SetText(handle, MYSQL_OPT_SSL_CA, options.sslCa);
+  SetText(handle, MYSQL_OPT_SSL_CERT, options.sslCert);
+  SetText(handle, MYSQL_OPT_SSL_KEY, options.sslKey);
+}
+
+bool IsEncrypted(MYSQL* handle) { return mysql_get_ssl_cipher(handle) != nullptr; }
 
 ClientError::ClientError(MYSQL* handle)
     : number(handle != nullptr ? mysql_errno(handle) : 0), text(handle != nullptr ? mysql_error(handle) : "") {}

@@ -10,6 +10,8 @@
 // settled in client_library.cpp.
 namespace corvane::internal {
 
+struct SessionOptions;
+
 /// Initialises the client library, once, whichever thread comes first. Needed before mysql_init from several threads
 /// and before escaping without any connection.
 void EnsureClientLibrary();
@@ -20,6 +22,12 @@ std::size_t Escape(char* to, char const* bytes, std::size_t length);
 /// Forbids the client library to reconnect by itself: a lost transaction would go unnoticed.
 void ForbidReconnect(MYSQL* handle);
 
+/// Prepares a handle for connecting as the options say; those that are not given leave it alone.
+void SetOptions(MYSQL* handle, SessionOptions const& options);
+
+/// Whether the connection uses TLS.
+bool IsEncrypted(MYSQL* handle);
+
 /// The last error of a handle; number 0 and an empty text for a null handle.
 struct ClientError {
   explicit ClientError(MYSQL* handle);
@@ -29,6 +37,9 @@ struct ClientError {
 
 /// Whether the number says that the connection is gone (2006, 2013) or out of step for good (2014).
 bool IsConnectionLost(unsigned number);
+
+/// Error 2026 of the client library: TLS could not be agreed upon.
+constexpr unsigned kClientTls = 2026;
 
 /// Error 1217 of the server: a foreign key forbids the change.
 constexpr unsigned kServerForeignKey = 1217;

@@ -2,23 +2,32 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <list>
 #include <mutex>
+#include <optional>
+#include <thread>
 #include <utility>
 
 #include "corvane/internal/client_library.h"
 #include "corvane/internal/log.h"
 #include "corvane/internal/number_text.h"
+#include "corvane/session/internal/options.h"
+#include "corvane/session/internal/statement_kind.h"
 
+using corvane::ErrorKind;
 using corvane::internal::ClientError;
 using corvane::internal::IsConnectionLost;
 using corvane::internal::kLogFailures;
 using corvane::internal::kLogNotices;
 using corvane::internal::kLogStatements;
 using corvane::internal::Log;
+using corvane::internal::ResultPtr;
+using corvane::internal::SslMode;
 using corvane::internal::WriteLog;
 
 namespace {
@@ -27,6 +36,7 @@ constexpr char const* kIdentifierQuote = "`";
 constexpr std::size_t kWorkBufferSize = 133121;  // 2 * 66,560 + 1: an escaped literal of 65 KiB
 // Line feed, backspace, line feed: between an error and the statement it is about.
 constexpr char const* kStatementBreak = "\n\b\n";
+constexpr char const* kLocalHost = "localhost";
 constexpr int kWaitReadable = 1;
 constexpr int kWaitStep = 1000;  // milliseconds
 
@@ -100,9 +110,29 @@ bool Run(MYSQL* handle, Str const& statement) {
 
 AException Refused(int code, MYSQL* handle, Str const& statement) {
   ClientError const error(handle);
-  AException refused(code, "DB Error ");
+  AException refused(code, "DB Error ", static_cast<int>(error.number));
   refused << error.number << " (" << error.text << ") in query" << kStatementBreak << statement;
   return refused;
+}
+
+AException ConnectionLost(unsigned by) {
+  return AException(corvane::kErrConnectionLost, "Database connection lost", static_cast<int>(by),
+                    ErrorKind::kConnectionLost);
+}
+
+// A transaction died with its connection. Pinned: number and text in the message are those of the new connection; held
+// by Execute.LostWithAutocommitOffReconnectsAndReportsTheNewConnection.
+AException Died(MYSQL* reopened, Str const& statement, unsigned lostBy) {
+  AException died(corvane::kErrStatementRefused, "", static_cast<int>(lostBy), ErrorKind::kConnectionLost);
+  died << Refused(0, reopened, statement).Message();
+  return died;
+}
+
+AException OutcomeUnknown(unsigned lostBy, Str const& statement) {
+  AException unknown(corvane::kErrOutcomeUnknown, "Connection lost, outcome unknown: error ", static_cast<int>(lostBy),
+                     ErrorKind::kOutcomeUnknown);
+  unknown << lostBy << " in query" << kStatementBreak << statement;
+  return unknown;
 }
 
 void LogStatement(int level, unsigned long session, Str const& statement) {
@@ -123,14 +153,38 @@ void LogTransaction(int level, unsigned long session, Str const& statement) {
   Log(level, kLogStatements, "SESSION ", session, " \n", statement, "\n\n");
 }
 
-Str ConnectFailure(char const* what, MYSQL* handle) {
-  ClientError const error(handle);
-  Str failed(what);
-  failed << "\n Error " << error.number << " (" << error.text << ")\n";
+AException ConnectFailure(char const* what, unsigned number, char const* text) {
+  AException failed(0, what, static_cast<int>(number));
+  failed << "\n Error " << number << " (" << text << ")\n";
   return failed;
 }
 
-Str SequenceFailure(MYSQL* handle) { return ConnectFailure("mysql_real_connect failed for sequence", handle); }
+AException ConnectFailure(char const* what, MYSQL* handle) {
+  ClientError const error(handle);
+  return ConnectFailure(what, error.number, error.text);
+}
+
+AException SequenceFailure(MYSQL* handle) { return ConnectFailure("mysql_real_connect failed for sequence", handle); }
+
+// Waits for the byte that a control connection answers with; 0 for as long as it takes.
+bool IsAnswered(IO::TcpSocket& socket, unsigned seconds) {
+  using Clock = std::chrono::steady_clock;
+  auto const end = Clock::now() + std::chrono::seconds(seconds);
+  IO::Select<IO::TcpSocket> select(socket, kWaitReadable, kWaitStep);
+  while (select.Wait() == 1) {
+    if (seconds > 0 && Clock::now() >= end) return false;
+  }
+  char byte = 0;
+  return socket.Read(&byte, 1) == 1;
+}
+
+// Before the second reconnection for a statement and those after it: 50 ms, and twice as long each time, up to 1.6 s.
+void Pause(unsigned reconnections) {
+  constexpr int kFirst = 50;
+  constexpr unsigned kMaxDoublings = 5;
+  if (reconnections == 0) return;
+  std::this_thread::sleep_for(std::chrono::milliseconds(kFirst << std::min(reconnections - 1, kMaxDoublings)));
+}
 
 }  // namespace
 
@@ -145,6 +199,7 @@ ASSession::ASSession(Str const& connectionString, int debugLevel, bool exitOnErr
 }
 
 void ASSession::Start() {
+  options_ = std::make_unique<corvane::internal::SessionOptions const>(parameters_);
   workBuffer_.reset(new char[kWorkBufferSize]);
   try {
     Connect(exitOnError_);
@@ -154,11 +209,13 @@ void ASSession::Start() {
   }
 }
 
-// Pinned: the database connections stay open; held by SessionEnd.DestructorClosesNoDatabaseConnection.
+// Pinned: unless CloseOnDestroy is on, the database connections stay open; held by
+// SessionEnd.DestructorClosesNoDatabaseConnection.
 ASSession::~ASSession() {
   mysql_free_result(std::exchange(untaken_, nullptr));
   try {
     Log(debugLevel_, kLogStatements, "SESSION ", Address(), " DISCONNECT\n\n");
+    if (options_->closeOnDestroy) CloseDatabase();
     Abandoned::All().Keep(mainHandle_);
     Abandoned::All().Keep(sequenceHandle_);
   } catch (...) {
@@ -166,16 +223,23 @@ ASSession::~ASSession() {
   }
 }
 
-// Setting the autocommit mode may lose the connection too, and then another one is opened within the opening of this
-// one. `opening` counts those begun and not completed; they are completed from the innermost outwards, each sending its
-// mode statement again, as nested calls would do, but without growing the stack.
 void ASSession::Connect(bool exitOnError) {
+  reconnections_ = 0;
   OpenMain(exitOnError);
+  Complete();
+}
+
+// What remains once the main connection is open. Setting the autocommit mode may lose that connection too, and then
+// another one is opened within the opening of this one. `opening` counts those begun and not completed; they are
+// completed from the innermost outwards, each sending its mode statement again, as nested calls would do, but without
+// growing the stack.
+void ASSession::Complete() {
+  std::optional<unsigned> lostBy;
   for (unsigned long opening = 1; opening > 0;) {
     bool const on = ParameterIs("AutoCommit", "on");
     Str const mode = on ? "SET AUTOCOMMIT=1" : "SET AUTOCOMMIT=0";
-    if (!Send(mode)) {
-      OpenMain(exitOnError_);
+    if (!Send(mode, lostBy)) {
+      Reopen();
       ++opening;
       continue;
     }
@@ -183,14 +247,37 @@ void ASSession::Connect(bool exitOnError) {
     OpenSequence();
     connected_ = true;
     --opening;
-    if (opening > 0 && !on) throw Refused(corvane::kErrStatementRefused, mainHandle_, mode);
+    if (opening > 0 && !on) throw Died(mainHandle_, mode, lostBy.value_or(0));
+  }
+}
+
+bool ASSession::MayReconnect() const { return !options_->retryLimit || reconnections_ < *options_->retryLimit; }
+
+void ASSession::CountReconnection() {
+  if (options_->retryLimit) Pause(reconnections_);
+  ++reconnections_;
+}
+
+// With a RetryLimit a server that cannot be reached is tried again, as often as that says.
+void ASSession::Reopen() {
+  while (true) {
+    CountReconnection();
+    try {
+      return OpenMain(exitOnError_);
+    } catch (AException const& error) {
+      if (!options_->retryLimit || error.Kind() != ErrorKind::kConnectionLost) throw;
+      if (!MayReconnect()) throw ConnectionLost(static_cast<unsigned>(error.ServerError()));
+    }
   }
 }
 
 void ASSession::OpenMain(bool exitOnError) {
   if (debugLevel_ > kLogStatements) {
     Str lines;
-    for (auto const& [key, value] : parameters_) lines << "  " << key << "=" << value << "\n";
+    for (auto const& [key, value] : parameters_) {
+      bool const isHidden = key == "Password" && !options_->logSecrets;
+      lines << "  " << key << "=" << (isHidden ? "***" : value) << "\n";
+    }
     Log(debugLevel_, kLogStatements, "SESSION ", Address(), " CONNECTION PARAMETERS:\n", lines, "\n");
   }
   OpenControl();
@@ -201,21 +288,67 @@ void ASSession::OpenMain(bool exitOnError) {
   corvane::internal::EnsureClientLibrary();
   mainHandle_ = mysql_init(nullptr);
   if (mainHandle_ == nullptr) Log(debugLevel_, kLogFailures, "SESSION ", Address(), " mysql_init failed\n");
+  auto const port = static_cast<unsigned>(ToInt(parameters_["Port"]));
+  bool const isOpen = OpenDatabase(mainHandle_, "Host", port);
+  if (isOpen) corvane::internal::ForbidReconnect(mainHandle_);
+  try {
+    if (!isOpen) throw ConnectFailure("mysql_real_connect failed", mainHandle_);
+    CheckSafe(mainHandle_);
+  } catch (AException const& failed) {
+    if (isOpen) CloseDatabase();
+    Log(debugLevel_, kLogFailures, failed.Message());
+    sleep(1);
+    if (exitOnError) std::exit(1);
+    throw;
+  }
+}
+
+// Opens a new handle's connection to the host that the parameter names. False, with the error left in the handle, when
+// that fails; also without a handle.
+bool ASSession::OpenDatabase(MYSQL* handle, char const* hostKey, unsigned port) {
   // One by one: looking up a parameter that was never given adds it to the map, where later logs show it.
-  char const* const host = parameters_["Host"].c_str();
+  char const* host = parameters_[hostKey].c_str();
   char const* const user = parameters_["UserName"].c_str();
   char const* const password = parameters_["Password"].c_str();
   char const* const database = parameters_["Database"].c_str();
-  auto const port = static_cast<unsigned>(ToInt(parameters_["Port"]));
-  if (mainHandle_ == nullptr ||
-      mysql_real_connect(mainHandle_, host, user, password, database, port, nullptr, 0) == nullptr) {
-    Str const failed = ConnectFailure("mysql_real_connect failed", mainHandle_);
-    Log(debugLevel_, kLogFailures, failed);
-    sleep(1);
-    if (exitOnError) std::exit(1);
-    throw AException(failed.str());
+  if (handle == nullptr) return false;
+  corvane::internal::SetOptions(handle, *options_);
+  char const* socket = nullptr;
+  if (!options_->socket.empty() && IsOfSocket(hostKey)) {
+    host = kLocalHost;
+    socket = options_->socket.c_str();
   }
-  corvane::internal::ForbidReconnect(mainHandle_);
+  return mysql_real_connect(handle, host, user, password, database, port, socket, 0) != nullptr;
+}
+
+// The sequence connection may go to another server than the one behind the socket.
+bool ASSession::IsOfSocket(char const* hostKey) {
+  std::string const& host = parameters_[hostKey];
+  return host.empty() || host == kLocalHost || host == parameters_["Host"];
+}
+
+// Throws when the options forbid to use a connection that has just been opened.
+void ASSession::CheckSafe(MYSQL* handle) const {
+  if (options_->sslMode >= SslMode::kRequired && !corvane::internal::IsEncrypted(handle)) {
+    throw ConnectFailure("mysql_real_connect failed", corvane::internal::kClientTls,
+                         "TLS is required, but the server does not offer it");
+  }
+  if (!options_->safeMode) return;
+  Str const statement("SELECT @@SESSION.sql_mode, @@SESSION.character_set_client");
+  LogStatement(debugLevel_, Address(), statement);
+  bool const isSent = Run(handle, statement);
+  ResultPtr const result(isSent ? mysql_store_result(handle) : nullptr);
+  MYSQL_ROW const row = result != nullptr ? mysql_fetch_row(result.get()) : nullptr;
+  if (row == nullptr || row[0] == nullptr || row[1] == nullptr) {
+    throw ConnectFailure("SafeMode cannot read the server's sql_mode", handle);
+  }
+  if (std::strstr(row[0], "NO_BACKSLASH_ESCAPES") != nullptr) {
+    throw AException(0, "SafeMode refuses the sql_mode NO_BACKSLASH_ESCAPES. ", 0, ErrorKind::kRefused);
+  }
+  if (!corvane::internal::IsUnsafeCharset(row[1])) return;
+  AException unsafe(0, "SafeMode refuses the character set ", 0, ErrorKind::kRefused);
+  unsafe << row[1] << ". ";
+  throw unsafe;
 }
 
 void ASSession::OpenControl() {
@@ -225,32 +358,29 @@ void ASSession::OpenControl() {
   failed << parameters_["Host"] << ":" << port << "\n";
   try {
     controlSocket_.reset();
-    controlSocket_ = std::make_unique<IO::TcpSocket>(parameters_["Host"], port);
-    IO::Select<IO::TcpSocket> select(*controlSocket_, kWaitReadable, kWaitStep);
-    while (select.Wait() == 1) {
-    }
-    char byte = 0;
-    if (controlSocket_->Read(&byte, 1) == 1) return;
+    controlSocket_ = std::make_unique<IO::TcpSocket>(parameters_["Host"], port, options_->connectTimeout);
+    if (IsAnswered(*controlSocket_, options_->controlTimeout)) return;
   } catch (IO::Exception const& error) {
     Abandoned::All().Keep(std::move(controlSocket_));  // Pinned: let go without being closed; held by
                                                        // ControlConnection.ASocketThatFailsIsLeftOpen.
     failed << error.Message() << "\n";
     WriteLog(failed);
-    throw AException(failed.str());
+    throw AException(0, failed.str(), 0, ErrorKind::kConnectionLost);
   }
   failed << "Muxer timeout.\n";
   Log(debugLevel_, kLogStatements, failed);
-  throw AException(failed.str());
+  throw AException(0, failed.str(), 0, ErrorKind::kConnectionLost);
 }
 
 void ASSession::OpenSequence() {
   if (ParameterIs("EmulateSequences", "no")) return;
-  if (!ConnectSequence()) Log(debugLevel_, kLogFailures, SequenceFailure(sequenceHandle_));
+  if (!ConnectSequence()) Log(debugLevel_, kLogFailures, SequenceFailure(sequenceHandle_).Message());
   // Pinned: also after the failure; held by Connect.SequenceNoticeIsWrittenEvenAfterAFailure.
   Log(debugLevel_, kLogNotices, "Sequence connection established\n");
 }
 
-// Opens the sequence connection anew. A handle that could not be connected is kept: its next use tries again.
+// Opens the sequence connection anew. A handle that could not be connected is kept: its next use tries again. Throws
+// what CheckSafe() throws.
 bool ASSession::ConnectSequence() {
   if (sequenceHandle_ != nullptr) mysql_close(std::exchange(sequenceHandle_, nullptr));
   sequenceHandle_ = mysql_init(nullptr);
@@ -258,12 +388,16 @@ bool ASSession::ConnectSequence() {
     Log(debugLevel_, kLogFailures, "SESSION ", Address(), " mysql_init failed for sequence\n");
     return false;
   }
-  char const* const host = parameters_["SequenceHost"].c_str();
-  char const* const user = parameters_["UserName"].c_str();
-  char const* const password = parameters_["Password"].c_str();
-  char const* const database = parameters_["Database"].c_str();
-  // Pinned: port 0 whatever the parameters say; held by Connect.SequenceConnectionAlwaysUsesPortZero.
-  return mysql_real_connect(sequenceHandle_, host, user, password, database, 0, nullptr, 0) != nullptr;
+  // Pinned: unless a SequencePort is given, port 0 whatever the parameters say; held by
+  // Connect.SequenceConnectionAlwaysUsesPortZero.
+  if (!OpenDatabase(sequenceHandle_, "SequenceHost", options_->sequencePort)) return false;
+  try {
+    CheckSafe(sequenceHandle_);
+  } catch (...) {
+    mysql_close(std::exchange(sequenceHandle_, nullptr));
+    throw;
+  }
+  return true;
 }
 
 void ASSession::CloseDatabase() {
@@ -274,17 +408,34 @@ void ASSession::CloseDatabase() {
 }
 
 unsigned long ASSession::Execute(Str const& statement) {
-  while (!Send(statement)) {
-    Connect(exitOnError_);
-    // Not run again in a transaction, whose first part died with the connection. Pinned: number and text are those of
-    // the new connection; held by Execute.LostWithAutocommitOffReconnectsAndReportsTheNewConnection.
-    if (!ParameterIs("AutoCommit", "on")) throw Refused(corvane::kErrStatementRefused, mainHandle_, statement);
+  reconnections_ = 0;
+  std::optional<unsigned> lostBy;
+  try {
+    while (!Send(statement, lostBy)) {
+      Reopen();
+      Complete();
+      // Not run again in a transaction, whose first part died with the connection.
+      if (!ParameterIs("AutoCommit", "on")) throw Died(mainHandle_, statement, lostBy.value_or(0));
+      if (!options_->retryWrites && IsUnknown(statement, lostBy)) throw OutcomeUnknown(*lostBy, statement);
+    }
+  } catch (AException& error) {
+    // Also when the connection could not be opened again, or the repetition was refused.
+    if (IsUnknown(statement, lostBy)) error.kind_ = ErrorKind::kOutcomeUnknown;
+    throw;
   }
   return rowsAffected_;
 }
 
-// Runs the statement on the main connection. False when the connection was lost and is to be opened again.
-bool ASSession::Send(Str const& statement) {
+// Whether a statement may have changed something for good when it was sent and the connection was lost.
+bool ASSession::IsUnknown(Str const& statement, std::optional<unsigned> lostBy) {
+  if (!lostBy) return false;
+  return ParameterIs("AutoCommit", "on") ? !corvane::internal::CannotChangeData(statement.View())
+                                         : !corvane::internal::CannotCommit(statement.View());
+}
+
+// Runs the statement on the main connection. False when the connection was lost and is to be opened again; `lostBy` is
+// then given the error, unless there was no connection to be lost.
+bool ASSession::Send(Str const& statement, std::optional<unsigned>& lostBy) {
   LogStatement(debugLevel_, Address(), statement);
   if (Query(statement)) {
     rowsAffected_ = static_cast<unsigned long>(mysql_affected_rows(mainHandle_));
@@ -300,7 +451,10 @@ bool ASSession::Send(Str const& statement) {
   }
   LogLost(debugLevel_, error, statement);
   if (exitOnError_) std::exit(1);
-  if (ParameterIs("AutoReconnect", "off")) throw AException(corvane::kErrConnectionLost, "Database connection lost");
+  if (mainHandle_ != nullptr) lostBy = error.number;
+  if (ParameterIs("AutoReconnect", "off") || !MayReconnect()) {
+    throw ConnectionLost(error.number);
+  }
   Log(debugLevel_, kLogFailures, "Reconnecting.\n");
   return false;
 }
@@ -316,7 +470,7 @@ void ASSession::AdmitUntaken() { mayBeUntaken_ = true; }
 void ASSession::AdmitUntakenOf(Str const& statement) {
   untaken_ = mysql_store_result(mainHandle_);
   while (!HasError() && mysql_next_result(mainHandle_) == 0) {
-    corvane::internal::ResultPtr const dropped(mysql_store_result(mainHandle_));
+    ResultPtr const dropped(mysql_store_result(mainHandle_));
   }
   if (!HasError()) return;
   DropUntaken();
@@ -327,12 +481,15 @@ void ASSession::AdmitUntakenOf(Str const& statement) {
 bool ASSession::HasError() const { return ClientError(mainHandle_).number != 0; }
 
 void ASSession::DropUntaken() {
-  corvane::internal::ResultPtr const kept(std::exchange(untaken_, nullptr));
+  ResultPtr const kept(std::exchange(untaken_, nullptr));
   if (!std::exchange(mayBeUntaken_, false) || mainHandle_ == nullptr) return;
-  corvane::internal::ResultPtr const dropped(mysql_store_result(mainHandle_));
+  ResultPtr const dropped(mysql_store_result(mainHandle_));
 }
 
-void ASSession::ExecuteSeq(Str const& statement) { ReopensForSeq(statement); }
+void ASSession::ExecuteSeq(Str const& statement) {
+  reconnections_ = 0;
+  ReopensForSeq(statement, options_->retryWrites);
+}
 
 void ASSession::CheckSequence(ASSession const* session) {
   if (session == nullptr || session->sequenceHandle_ == nullptr) {
@@ -340,39 +497,62 @@ void ASSession::CheckSequence(ASSession const* session) {
   }
 }
 
-bool ASSession::ReopensForSeq(Str const& statement) {
-  for (bool reopened = false;; reopened = true) {
-    LogStatement(debugLevel_, Address(), statement);
-    CheckSequence(this);
-    if (Run(sequenceHandle_, statement)) return reopened;
-    ClientError const error(sequenceHandle_);
-    LogFailure(debugLevel_, Address(), error, statement);
-    if (!IsConnectionLost(error.number)) throw Refused(0, sequenceHandle_, statement);
-    LogLost(debugLevel_, error, statement);
+bool ASSession::ReopensForSeq(Str const& statement, bool repeatsWrites) {
+  std::optional<unsigned> lostBy;
+  auto const isUnknown = [&] { return lostBy && !corvane::internal::CannotChangeData(statement.View()); };
+  try {
+    while (true) {
+      LogStatement(debugLevel_, Address(), statement);
+      CheckSequence(this);
+      if (Run(sequenceHandle_, statement)) return lostBy.has_value();
+      ClientError const error(sequenceHandle_);
+      LogFailure(debugLevel_, Address(), error, statement);
+      if (!IsConnectionLost(error.number)) throw Refused(0, sequenceHandle_, statement);
+      LogLost(debugLevel_, error, statement);
+      lostBy = error.number;
+      ReopenSequence(*lostBy);
+      if (!repeatsWrites && isUnknown()) throw OutcomeUnknown(*lostBy, statement);
+    }
+  } catch (AException& error) {
+    if (isUnknown()) error.kind_ = ErrorKind::kOutcomeUnknown;  // as in Execute()
+    throw;
+  }
+}
+
+void ASSession::ReopenSequence(unsigned lostBy) {
+  while (true) {
+    if (!MayReconnect()) throw ConnectionLost(lostBy);
+    CountReconnection();
     Log(debugLevel_, kLogFailures, "Trying to reconnect...\n");
-    if (ConnectSequence()) continue;
+    if (ConnectSequence()) return;
     if (sequenceHandle_ == nullptr) {
       if (exitOnError_) std::exit(1);
       throw AException("mysql_init failed for sequence. ");
     }
-    Str const failed = SequenceFailure(sequenceHandle_);
-    Log(debugLevel_, kLogFailures, failed);
+    AException const failed = SequenceFailure(sequenceHandle_);
+    Log(debugLevel_, kLogFailures, failed.Message());
     if (exitOnError_) std::exit(1);
-    throw AException(failed.str());
+    if (!options_->retryLimit || failed.Kind() != ErrorKind::kConnectionLost) throw AException(failed);
   }
 }
+
+AException ASSession::FetchError() const {
+  return AException(0, "MySQL fetch error. ", static_cast<int>(ClientError(mainHandle_).number));
+}
+
+bool ASSession::IsSafeMode() const { return options_->safeMode; }
 
 MYSQL_RES* ASSession::FetchMultiple() {
   mayBeUntaken_ = false;
   if (untaken_ != nullptr) return std::exchange(untaken_, nullptr);  // the caller's from here on
   MYSQL_RES* const result = mainHandle_ != nullptr ? mysql_store_result(mainHandle_) : nullptr;
-  if (result == nullptr) throw AException("MySQL fetch error. ");
+  if (result == nullptr) throw FetchError();
   return result;
 }
 
 MYSQL_RES* ASSession::FetchUnstored() {
   MYSQL_RES* const result = mainHandle_ != nullptr ? mysql_use_result(mainHandle_) : nullptr;
-  if (result == nullptr) throw AException("MySQL fetch error. ");
+  if (result == nullptr) throw FetchError();
   return result;
 }
 
@@ -395,7 +575,7 @@ void ASSession::Rollback() {
   }
   Log(debugLevel_, kLogFailures, "DB fatal error ", during, "\n");
   if (exitOnError_) std::exit(1);
-  AException lost("DB fatal error ");
+  AException lost(0, "DB fatal error ", static_cast<int>(error.number), ErrorKind::kConnectionLost);
   lost << during << ". ";
   throw lost;
 }

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "corvane/data/value/exception.h"
@@ -14,6 +15,10 @@
 #include "corvane/session/tcp_socket.h"
 
 class ASDomain;
+
+namespace corvane::internal {
+struct SessionOptions;
+}
 
 /// One connection to a MySQL or MariaDB server: it runs statements, writes and runs those of single records, keeps
 /// transactions and the read-only mode, and reopens a lost connection.
@@ -148,6 +153,9 @@ class CORVANE_API ASSession {
   /// lost connection.
   void Disconnect();
 
+  /// Whether SafeMode is on: ASUpdater and ASDeleter then refuse to run a statement without a condition.
+  bool IsSafeMode() const;
+
   /// No-ops of the interface.
   void Break() {}
   int Error() { return 0; }
@@ -166,16 +174,28 @@ class CORVANE_API ASSession {
   // FetchMultiple() for a result that is read to its end before anything else is sent: the rows come in one by one.
   MYSQL_RES* FetchUnstored();
   bool HasError() const;
+  // "MySQL fetch error. " with what the main connection says of it.
+  AException FetchError() const;
   bool Query(Str const& statement);
   void Start();
   void OpenControl();
   void OpenMain(bool exitOnError);
+  bool OpenDatabase(MYSQL* handle, char const* hostKey, unsigned port);
+  bool IsOfSocket(char const* hostKey);
+  void CheckSafe(MYSQL* handle) const;
+  void Complete();
   void OpenSequence();
   bool ConnectSequence();
   void CloseDatabase();
-  bool Send(Str const& statement);
+  // Opens a lost connection again.
+  void Reopen();
+  void ReopenSequence(unsigned lostBy);
+  bool MayReconnect() const;
+  void CountReconnection();
+  bool Send(Str const& statement, std::optional<unsigned>& lostBy);
+  bool IsUnknown(Str const& statement, std::optional<unsigned> lostBy);
   // Runs a statement on the sequence connection, as ExecuteSeq() says, and returns whether that had to be reopened.
-  bool ReopensForSeq(Str const& statement);
+  bool ReopensForSeq(Str const& statement, bool repeatsWrites);
   // Throws when there is no sequence connection; `session` may be null.
   static void CheckSequence(ASSession const* session);
   bool ParameterIs(char const* key, char const* lowerCase);
@@ -196,6 +216,8 @@ class CORVANE_API ASSession {
   std::unique_ptr<IO::TcpSocket> controlSocket_;
   bool mayBeUntaken_ = false;     // a result that the client library still holds
   MYSQL_RES* untaken_ = nullptr;  // the first of several; owned
+  std::unique_ptr<corvane::internal::SessionOptions const> options_;
+  unsigned reconnections_ = 0;  // for the statement that runs
 };
 
 #endif

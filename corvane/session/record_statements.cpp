@@ -27,6 +27,7 @@
 #include "corvane/internal/time_text.h"
 #include "corvane/mapping/domain.h"
 #include "corvane/session/ardbms.h"
+#include "corvane/session/internal/options.h"
 
 using corvane::AppendEscaped;
 using corvane::internal::kLogFailures;
@@ -277,6 +278,13 @@ void AppendKeyCondition(Str& out, Quoted const& quoted, ASDomain const& record, 
   });
 }
 
+// In safe mode every row is too many.
+void CheckKeys(ASSession const& session, ASDomain const& record) {
+  if (!session.IsSafeMode()) return;
+  auto const isKey = [](ASAttribute const* attribute) { return attribute != nullptr && IsKey(*attribute); };
+  if (std::none_of(record.begin(), record.end(), isKey)) throw corvane::internal::WithoutCondition();
+}
+
 Str StartStatement(ASDomain const& record) {
   Str text;
   text.Reserve((record.size() + 2) * kColumnRoom);
@@ -415,12 +423,14 @@ unsigned long ASSession::Insert(ASDomain const& record) {
 }
 
 unsigned long ASSession::Update(ASDomain const& record) {
+  CheckKeys(*this, record);
   Str const statement = UpdateQuery(record, kKeyValues);
   Log(debugLevel_, kLogFailures, "ASSession::Update   Query   ", statement, "\n");
   return Execute(statement);
 }
 
 unsigned long ASSession::Delete(ASDomain const& record) {
+  CheckKeys(*this, record);
   Str const statement = DeleteQuery(record, kKeyValues);
   Log(debugLevel_, kLogFailures, "ASSession::Delete   Query   ", statement, "\n");
   return Execute(statement);

@@ -11,11 +11,12 @@ ASSequence::ASSequence(ASSession* session, Str const& name)
 
 int ASSequence::getNext() {
   ASSession::CheckSequence(session_);
+  session_->reconnections_ = 0;
   while (true) {
-    session_->ExecuteSeq(update_);
+    session_->ReopensForSeq(update_, true);
     // When no row was changed, LAST_INSERT_ID() would repeat an earlier number.
     if (mysql_affected_rows(session_->sequenceHandle_) == 0) return 0;
-    bool const reopened = session_->ReopensForSeq(select_);
+    bool const reopened = session_->ReopensForSeq(select_, true);
     corvane::internal::ResultPtr const result(mysql_store_result(session_->sequenceHandle_));
     if (reopened) continue;  // the number is known only to the connection that counted it
     MYSQL_ROW const row = result != nullptr ? mysql_fetch_row(result.get()) : nullptr;

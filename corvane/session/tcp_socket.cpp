@@ -1,11 +1,15 @@
 #include "corvane/session/tcp_socket.h"
 
+#include <fcntl.h>
 #include <netdb.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <climits>
 #include <cstdint>
 #include <memory>
 #include <system_error>
@@ -40,19 +44,37 @@ AddressesPtr Resolve(Str const& host, int port, Str const& what) {
   return AddressesPtr(found);
 }
 
-// connect(2) goes on by itself when a signal interrupts it; its result is then waited for.
-bool Connected(int handle, addrinfo const& address) {
-  if (connect(handle, address.ai_addr, address.ai_addrlen) == 0) return true;
-  if (errno != EINTR) return false;
+// Waits for the end of an attempt to connect.
+bool Finished(int handle, int milliseconds) {
+  using Clock = std::chrono::steady_clock;
+  auto const end = Clock::now() + std::chrono::milliseconds(milliseconds);
   pollfd waited{handle, POLLOUT, 0};
-  while (poll(&waited, 1, -1) < 0) {
+  int left = milliseconds;
+  int ready = 0;
+  while ((ready = poll(&waited, 1, left)) < 0) {
     if (errno != EINTR) return false;
+    if (milliseconds < 0) continue;
+    auto const rest = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+    left = static_cast<int>(std::max<std::chrono::milliseconds::rep>(rest.count(), 0));
   }
-  int error = 0;
+  int error = ETIMEDOUT;
   socklen_t size = sizeof error;
-  if (getsockopt(handle, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return false;
+  if (ready > 0 && getsockopt(handle, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return false;
   errno = error;
   return error == 0;
+}
+
+// Blocking again afterwards. connect(2) goes on by itself when a signal interrupts it.
+bool Connected(int handle, addrinfo const& address, unsigned seconds) {
+  int const flags = fcntl(handle, F_GETFL);
+  if (seconds > 0) fcntl(handle, F_SETFL, flags | O_NONBLOCK);
+  bool isConnected = connect(handle, address.ai_addr, address.ai_addrlen) == 0;
+  if (!isConnected && (errno == EINTR || errno == EINPROGRESS)) {
+    constexpr unsigned kMaxSeconds = INT_MAX / 1000;
+    isConnected = Finished(handle, seconds > 0 ? static_cast<int>(std::min(seconds, kMaxSeconds)) * 1000 : -1);
+  }
+  if (isConnected && seconds > 0) fcntl(handle, F_SETFL, flags);
+  return isConnected;
 }
 
 }  // namespace
@@ -64,7 +86,7 @@ Exception::~Exception() = default;
 char const* Exception::what() const noexcept { return message_.str(); }
 Str Exception::Message() const { return message_; }
 
-TcpSocket::TcpSocket(Str const& host, int port) : handle_(-1) {
+TcpSocket::TcpSocket(Str const& host, int port, unsigned seconds) : handle_(-1) {
   Str what("Connection to ");
   what << host << ':' << port << " failed";
   if (port < 1 || port > kHighestPort) Throw(what, "no such port");
@@ -72,7 +94,7 @@ TcpSocket::TcpSocket(Str const& host, int port) : handle_(-1) {
   int error = 0;
   for (addrinfo const* address = addresses.get(); address != nullptr; address = address->ai_next) {
     handle_ = socket(address->ai_family, address->ai_socktype | SOCK_CLOEXEC, address->ai_protocol);
-    if (handle_ >= 0 && Connected(handle_, *address)) return;
+    if (handle_ >= 0 && Connected(handle_, *address, seconds)) return;
     error = errno;
     if (handle_ >= 0) close(handle_);
   }

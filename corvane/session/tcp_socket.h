@@ -25,8 +25,9 @@ class CORVANE_API Exception : public std::exception {
 class CORVANE_API TcpSocket {
  public:
   /// Connects to the first address of `host` that answers (the loopback address for an empty host).
-  /// Throws Exception when there is none; blocks as long as the system lets a connection attempt last.
-  TcpSocket(Str const& host, int port);
+  /// Throws Exception when there is none. An attempt may take `seconds`, at 0 as long as the system lets it last;
+  /// looking the name up is not counted.
+  TcpSocket(Str const& host, int port, unsigned seconds = 0);
   TcpSocket(TcpSocket const&) = delete;
   TcpSocket& operator=(TcpSocket const&) = delete;
   ~TcpSocket();

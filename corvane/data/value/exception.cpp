@@ -1,8 +1,16 @@
 #include "corvane/data/value/exception.h"
 
+#include "corvane/internal/server_error.h"
+
 AException::AException(char const* message) : AException(0, message) {}
 
-AException::AException(int number, char const* message) : number_(number), message_(message) {}
+AException::AException(int number, char const* message) : AException(number, message, 0) {}
+
+AException::AException(int number, char const* message, int serverError)
+    : AException(number, message, serverError, corvane::internal::KindOf(serverError)) {}
+
+AException::AException(int number, char const* message, int serverError, corvane::ErrorKind kind)
+    : number_(number), serverError_(serverError), kind_(kind), message_(message) {}
 
 AException::AException(AException const& other) = default;
 AException& AException::operator=(AException const& other) = default;
@@ -63,3 +71,9 @@ char const* AException::what() const noexcept { return message_.str(); }
 Str AException::Message() const { return message_; }
 
 int AException::Number() const noexcept { return number_; }
+
+int AException::ServerError() const noexcept { return serverError_; }
+
+char const* AException::SqlState() const noexcept { return corvane::internal::SqlStateOf(serverError_); }
+
+corvane::ErrorKind AException::Kind() const noexcept { return kind_; }
