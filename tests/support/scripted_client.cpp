@@ -103,6 +103,7 @@ void ScriptedClient::Reset() {
   rowFailures_.clear();
   nextFailures_.clear();
   answers_.clear();
+  encrypted_ = false;
   affectedRows_ = 0;
   insertId_ = 0;
   calls_.clear();
@@ -233,20 +234,57 @@ MYSQL* ScriptedClient::Init() {
 }
 
 bool ScriptedClient::Connect(MYSQL* address, char const* host, char const* user, char const* password,
-                             char const* database, unsigned port) {
+                             char const* database, unsigned port, char const* socket) {
   Guard const guard(mutex_);
   Handle& handle = Known(address, "mysql_real_connect");
-  std::string const where =
+  std::string where =
       Shown(host) + " " + Shown(user) + " " + Shown(password) + " " + Shown(database) + " " + std::to_string(port);
+  if (socket != nullptr) where += std::string(" socket ") + socket;
   Record(handle.number, "connect " + where);
   if (Failure const* const failure = Find(connectFailures_, where)) {
     return Fail(handle, failure->number_, failure->text_);
   }
   handle.connected = true;
+  handle.encrypted = encrypted_;
   handle.errorNumber = 0;
   handle.errorText.clear();
   ReconnectFlag(address, 0) = 1;
   return true;
+}
+
+void ScriptedClient::SetOption(MYSQL* address, mysql_option option, void const* value) {
+  Guard const guard(mutex_);
+  Handle const& handle = Known(address, "mysql_options");
+  enum class Kind { kNumber, kFlag, kText };
+  struct Shape {
+    char const* name;
+    Kind kind;
+  };
+  static std::map<mysql_option, Shape> const shapes = {{MYSQL_OPT_CONNECT_TIMEOUT, {"connect_timeout", Kind::kNumber}},
+                                                       {MYSQL_OPT_READ_TIMEOUT, {"read_timeout", Kind::kNumber}},
+                                                       {MYSQL_OPT_WRITE_TIMEOUT, {"write_timeout", Kind::kNumber}},
+                                                       {MYSQL_SET_CHARSET_NAME, {"charset", Kind::kText}},
+                                                       {MYSQL_OPT_SSL_CA, {"ssl_ca", Kind::kText}},
+                                                       {MYSQL_OPT_SSL_CERT, {"ssl_cert", Kind::kText}},
+                                                       {MYSQL_OPT_SSL_KEY, {"ssl_key", Kind::kText}},
+                                                       {MYSQL_OPT_SSL_ENFORCE, {"ssl_enforce", Kind::kFlag}},
+                                                       {MYSQL_OPT_SSL_VERIFY_SERVER_CERT, {"ssl_verify", Kind::kFlag}}};
+  auto const& [name, kind] = shapes.at(option);
+  std::string text;
+  if (kind == Kind::kNumber) text = std::to_string(*static_cast<unsigned const*>(value));
+  if (kind == Kind::kFlag) text = std::to_string(static_cast<int>(*static_cast<my_bool const*>(value)));
+  if (kind == Kind::kText) text = static_cast<char const*>(value);
+  Record(handle.number, std::string("option ") + name + " " + text);
+}
+
+bool ScriptedClient::IsEncrypted(MYSQL* address) const {
+  Guard const guard(mutex_);
+  return Known(address, "mysql_get_ssl_cipher").encrypted;
+}
+
+void ScriptedClient::SetEncrypted(bool encrypted) {
+  Guard const guard(mutex_);
+  encrypted_ = encrypted;
 }
 
 void ScriptedClient::Close(MYSQL* address) {
@@ -516,8 +554,17 @@ extern "C" {
 MYSQL* STDCALL mysql_init(MYSQL*) { return ScriptedClient::Get().Init(); }
 
 MYSQL* STDCALL mysql_real_connect(MYSQL* handle, char const* host, char const* user, char const* password,
-                                  char const* database, unsigned port, char const*, unsigned long) {
-  return ScriptedClient::Get().Connect(handle, host, user, password, database, port) ? handle : nullptr;
+                                  char const* database, unsigned port, char const* socket, unsigned long) {
+  return ScriptedClient::Get().Connect(handle, host, user, password, database, port, socket) ? handle : nullptr;
+}
+
+int STDCALL mysql_options(MYSQL* handle, mysql_option option, void const* value) {
+  ScriptedClient::Get().SetOption(handle, option, value);
+  return 0;
+}
+
+char const* STDCALL mysql_get_ssl_cipher(MYSQL* handle) {
+  return ScriptedClient::Get().IsEncrypted(handle) ? "TLS_AES_256_GCM_SHA384" : nullptr;
 }
 
 void STDCALL mysql_close(MYSQL* handle) { ScriptedClient::Get().Close(handle); }

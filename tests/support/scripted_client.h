@@ -120,11 +120,15 @@ class ScriptedClient {
   /// A statement that does not fail and has no result.
   Answer& AnswerQuery();
 
+  /// Whether connections opened from now on use TLS; they do not after Reset().
+  void SetEncrypted(bool encrypted);
+
   /// For statements without an answer of their own; 0 after Reset().
   void SetAffectedRows(std::uint64_t rows);
   void SetInsertId(std::uint64_t id);
 
-  /// What was called, in order: "init", "connect host user password database port" (each '' when empty), "query SET
+  /// What was called, in order: "init", "option read_timeout 5", "connect host user password database port" (each ''
+  /// when empty; " socket" and its path behind, where one is given), "query SET
   /// AUTOCOMMIT=0", "store_result", "use_result", "next_result", "free_result", "close", "sleep 1".
   std::vector<std::string> Calls() const;
   /// The same with the number of the handle, counted from 1 in the order of "init": "1 init", "2 connect h u p d 0",
@@ -143,7 +147,9 @@ class ScriptedClient {
   // What the functions of the client library do.
   MYSQL* Init();
   bool Connect(MYSQL* handle, char const* host, char const* user, char const* password, char const* database,
-               unsigned port);
+               unsigned port, char const* socket);
+  void SetOption(MYSQL* handle, mysql_option option, void const* value);
+  bool IsEncrypted(MYSQL* handle) const;
   void Close(MYSQL* handle);
   bool Query(MYSQL* handle, char const* statement);
   MYSQL_RES* StoreResult(MYSQL* handle);
@@ -180,6 +186,7 @@ class ScriptedClient {
   struct Handle {
     unsigned number = 0;
     bool connected = false;
+    bool encrypted = false;
     bool outOfStep = false;  // a statement was sent before the result of the last one was taken
     std::unique_ptr<Result> pending;
     MYSQL_RES* reading = nullptr;         // an unstored result that has not come to its end
@@ -214,6 +221,7 @@ class ScriptedClient {
   std::list<Failure> rowFailures_;
   std::list<Failure> nextFailures_;
   std::list<Answer> answers_;
+  bool encrypted_ = false;
   std::uint64_t affectedRows_ = 0;
   std::uint64_t insertId_ = 0;
   std::vector<std::string> calls_;
