@@ -59,7 +59,9 @@ std::string Environment(char const* name) {
   return value != nullptr ? value : "";
 }
 
-Observer::Observer(std::string schema) : schema_(std::move(schema)) { Connect(); }
+Observer::Observer(std::string schema, std::string port) : schema_(std::move(schema)), port_(std::move(port)) {
+  Connect();
+}
 
 Observer::~Observer() { Close(); }
 
@@ -71,7 +73,7 @@ void Observer::Close() {
 bool Observer::Opens() {
   Close();
   handle_ = mysql_init(nullptr);
-  auto const port = static_cast<unsigned>(std::stoul(Environment("CORVANE_TEST_PORT")));
+  auto const port = static_cast<unsigned>(std::stoul(port_));
   return mysql_real_connect(handle_, Environment("CORVANE_TEST_HOST").c_str(), Environment("CORVANE_TEST_USER").c_str(),
                             Environment("CORVANE_TEST_PASSWORD").c_str(), nullptr, port, nullptr, 0) != nullptr;
 }

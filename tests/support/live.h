@@ -31,7 +31,7 @@ std::string Environment(char const* name);
 /// Throws std::runtime_error for whatever goes wrong, unless said otherwise.
 class Observer {
  public:
-  explicit Observer(std::string schema);
+  explicit Observer(std::string schema, std::string port = Environment("CORVANE_TEST_PORT"));
   Observer(Observer const&) = delete;
   Observer& operator=(Observer const&) = delete;
   ~Observer();
@@ -59,6 +59,7 @@ class Observer {
   MYSQL* Handle() const;
 
   std::string schema_;
+  std::string port_;
   MYSQL* handle_ = nullptr;  // owned; null until connected
 };
 
