@@ -11,6 +11,7 @@
 
 #include "corvane/cache/map_buffer.h"
 #include "corvane/data/blob.h"
+#include "corvane/data/dcurrency.h"
 #include "corvane/data/geometry.h"
 #include "corvane/data/guid.h"
 #include "corvane/data/int64.h"
@@ -32,12 +33,6 @@ constexpr int kCurrencyMark = 2;
 
 // Servers put the number of the spatial reference system in front of a geometry.
 constexpr std::size_t kSpatialId = 4;
-
-// The value as `Column`, when its class is that.
-template <class Column>
-Column* As(ASData* data) {
-  return dynamic_cast<Column*>(data);
-}
 
 }  // namespace
 
@@ -120,7 +115,7 @@ ResultRows::Kind ResultRows::KindOf(ASData const& data) {
   switch (data.GetType()) {
     case kTypeInt:
       if (data.GetDBType() != kDbTime) return Kind::kInteger;
-      return dynamic_cast<ASTime const*>(&data) != nullptr ? Kind::kTime : Kind::kTimeNumber;
+      return To<ASTime>(data) != nullptr ? Kind::kTime : Kind::kTimeNumber;
     case kTypeDouble:
       return Kind::kReal;
     case kTypeDCurrency:
@@ -155,41 +150,42 @@ bool ResultRows::Bind(Column& column, ASData* data) {
     case Kind::kNone:
       break;
     case Kind::kInteger:
-      if (As<Int>(data) != nullptr) target.storage = data->voidptr();
+      if (To<Int, ASInt>(*data) != nullptr) target.storage = data->voidptr();
       break;
     case Kind::kReal:
     case Kind::kCurrency:
-      if (As<Double>(data) != nullptr) target.storage = data->voidptr();
+      if (To<Double, ASDouble, ASDCurrency>(*data) != nullptr) target.storage = data->voidptr();
       break;
     case Kind::kTime:
-      target.time = As<ASTime>(data);
+      target.time = To<ASTime>(*data);
       break;
     case Kind::kTimeNumber:
-      target.integer = As<ASInt>(data);
+      target.integer = To<ASInt>(*data);
       break;
     case Kind::kInteger64:
-      target.integer64 = As<Int64>(data);
+      target.integer64 = To<Int64, ASInt64>(*data);
       break;
     case Kind::kText:
-      target.text = As<ASStr>(data);
+      target.text = To<ASStr, ASVStr, ASStr>(*data);
       break;
     case Kind::kGuid:
-      target.guid = As<ASGuid>(data);
+      target.guid = To<ASGuid>(*data);
       break;
     case Kind::kBlob:
-      target.blob = As<ASBlob>(data);
+      target.blob = To<ASBlob>(*data);
       break;
     case Kind::kGeometry:
-      target.geometry = As<ASGeometry>(data);
+      target.geometry = To<ASGeometry>(*data);
       break;
     case Kind::kRealBlob:
-      target.realBlob = As<ASRealBlob>(data);
+      target.realBlob = To<ASRealBlob>(*data);
       break;
   }
   if (target.storage == nullptr) return false;
   column.data = data;
   column.target = target;
-  column.store = StoreOf(*data);
+  bool const hasStores = column.kind == Kind::kTime || column.kind == Kind::kText;
+  column.store = hasStores ? StoreOf(*data) : Store::kAssign;
   return true;
 }
 
