@@ -20,6 +20,10 @@ constexpr std::size_t kMaxLength = INT_MAX;  // length() is an int
 constexpr std::size_t kSmallestRoom = 15;    // with the terminating NUL one block of 16 bytes
 constexpr std::size_t kGrowingRoom = 63;     // of a text that is being appended to
 
+// A smaller text grows by being copied into a new block. The C library keeps freed blocks of such sizes at hand for
+// malloc(), while its realloc() searches the heap, and leaves blocks there that have to be joined with others.
+constexpr std::size_t kCopiedRoom = 1024;
+
 void CheckLength(std::size_t length) {
   if (length > kMaxLength) throw AException("Text is too long for Str. ");
 }
@@ -252,8 +256,13 @@ void Str::Grow(std::size_t length) {
   if (text_ != nullptr && length <= capacity_) return;
   CheckLength(length);
   std::size_t const room = length < kSmallestRoom ? kSmallestRoom : length;
-  auto* const grown = static_cast<char*>(text_ != nullptr ? std::realloc(text_, room + 1) : std::malloc(room + 1));
+  bool const copied = capacity_ < kCopiedRoom;
+  auto* const grown = static_cast<char*>(copied ? std::malloc(room + 1) : std::realloc(text_, room + 1));
   if (grown == nullptr) throw std::bad_alloc();
+  if (copied && text_ != nullptr) {
+    std::memcpy(grown, text_, length_);
+    std::free(text_);
+  }
   text_ = grown;
   text_[length_] = '\0';
   capacity_ = room;
