@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 #include <ostream>
+#include <utility>
 
 #include "corvane/data/value/exception.h"
 #include "corvane/internal/number_text.h"
@@ -45,14 +46,6 @@ Str::Str(Str const& other) : basic_type() {
   if (!other.Null()) Assign(other.str(), other.Length());
 }
 
-Str::Str(Str&& other) : basic_type() {
-  if (other.inPlace_) {
-    *this = static_cast<Str const&>(other);  // whose buffer stays with it
-  } else {
-    Swap(other);
-  }
-}
-
 Str::Str(int capacity) { Grow(capacity > 0 ? static_cast<std::size_t>(capacity) : 0); }
 
 Str::Str(InPlace, std::size_t capacity) : capacity_(capacity), inPlace_(true) {
@@ -87,11 +80,8 @@ Str& Str::operator=(Str const& other) {
 Str& Str::operator=(Str&& other) {
   // An in-place text keeps its buffer for good.
   if (inPlace_ || other.inPlace_) return *this = static_cast<Str const&>(other);
-  if (this != &other) {
-    Str taken;
-    taken.Swap(other);
-    Swap(taken);
-  }
+  Str taken(std::move(other));  // first: it may be this text itself
+  Swap(taken);
   return *this;
 }
 
@@ -277,12 +267,6 @@ char* Str::Extend(std::size_t extra) {
     Grow(std::max({needed, doubled, text_ != nullptr ? kGrowingRoom : 0}));
   }
   return text_ + length_;
-}
-
-void Str::Swap(Str& other) noexcept {
-  std::swap(text_, other.text_);
-  std::swap(length_, other.length_);
-  std::swap(capacity_, other.capacity_);
 }
 
 std::ostream& operator<<(std::ostream& out, Str const& text) { return out << text.View(); }

@@ -28,7 +28,13 @@ class CORVANE_API Str : public virtual basic_type {
   /// Copies `length` bytes, never null; `bytes` may be null when `length` is 0.
   Str(char const* bytes, std::size_t length);
   Str(Str const& other);
-  Str(Str&& other);
+  Str(Str&& other) : basic_type() {
+    if (other.inPlace_) {
+      *this = static_cast<Str const&>(other);  // whose buffer stays with it
+    } else {
+      Swap(other);
+    }
+  }
   /// Empty (not null), with room for `capacity` bytes; a negative capacity counts as 0.
   explicit Str(int capacity);
   template <class T, std::enable_if_t<std::is_same<T, char>::value, int> = 0>
@@ -159,7 +165,11 @@ class CORVANE_API Str : public virtual basic_type {
   int Find(std::string_view what, std::size_t from) const;
   void Grow(std::size_t length);
   char* Extend(std::size_t extra);
-  void Swap(Str& other) noexcept;
+  void Swap(Str& other) noexcept {
+    std::swap(text_, other.text_);
+    std::swap(length_, other.length_);
+    std::swap(capacity_, other.capacity_);
+  }
 
   char* text_ = nullptr;      // owned (malloc); capacity_ + 1 bytes
   std::size_t length_ = 0;    // not used by an in-place text
