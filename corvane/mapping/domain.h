@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <list>
+#include <string_view>
 
 #include "corvane/data/int.h"
 #include "corvane/data/value/str.h"
@@ -86,12 +87,13 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
 
   // Appends Alias(), a dot and the name: a column of this record.
   void AppendColumn(Str& out, Str const& name) const {
-    out.AppendWith(sizeof alias_.text + 1 + name.View().size(), [this, &name](char* const begin) {
+    std::string_view const text = name.View();
+    out.AppendWith(sizeof alias_.text + 1 + text.size(), [this, text](char* const begin) {
       std::memcpy(begin, alias_.text, sizeof alias_.text);  // all of it, which is quicker than what it has
       char* const at = begin + alias_.length;
       *at = '.';
-      std::memcpy(at + 1, name.str(), name.View().size());
-      return alias_.length + 1 + name.View().size();
+      std::memcpy(at + 1, text.data(), text.size());
+      return alias_.length + 1 + text.size();
     });
   }
   void CloneColumns(ASDomain const& other);
