@@ -229,11 +229,21 @@ void ASSession::Connect(bool exitOnError) {
   Complete();
 }
 
-// What remains once the main connection is open. Setting the autocommit mode may lose that connection too, and then
-// another one is opened within the opening of this one. `opening` counts those begun and not completed; they are
-// completed from the innermost outwards, each sending its mode statement again, as nested calls would do, but without
-// growing the stack.
+// What remains once the main connection is open.
 void ASSession::Complete() {
+  try {
+    SetMode();
+  } catch (...) {
+    // Left open, the connection would commit each statement by itself, as servers do by default.
+    if (!connected_) CloseDatabase();
+    throw;
+  }
+}
+
+// Setting the autocommit mode may lose the connection too, and then another one is opened within the opening of this
+// one. `opening` counts those begun and not completed; they are completed from the innermost outwards, each sending its
+// mode statement again, as nested calls would do, but without growing the stack.
+void ASSession::SetMode() {
   std::optional<unsigned> lostBy;
   for (unsigned long opening = 1; opening > 0;) {
     bool const on = ParameterIs("AutoCommit", "on");

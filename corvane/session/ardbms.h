@@ -70,7 +70,8 @@ class CORVANE_API ASSession {
   /// mode, sequence connection. `exitOnError` decides about the main connection being refused: exit(1), or the
   /// exception "mysql_real_connect failed\n Error 1045 (...)\n"; either comes after a pause of one second. A control
   /// connection that fails throws "Failed to create a control connection to host:port\n" with the reason; it is
-  /// waited for without limit. A failing sequence connection is logged only.
+  /// waited for without limit. A failing sequence connection is logged only. When the autocommit mode cannot be set,
+  /// that is thrown as by Execute() and the connections are closed; the next Execute() meets a lost one.
   void Connect(bool exitOnError);
 
   /// Runs a statement on the main connection and returns the number of affected rows (for a SELECT
@@ -184,6 +185,7 @@ class CORVANE_API ASSession {
   bool IsOfSocket(char const* hostKey);
   void CheckSafe(MYSQL* handle) const;
   void Complete();
+  void SetMode();
   void OpenSequence();
   bool ConnectSequence();
   void CloseDatabase();

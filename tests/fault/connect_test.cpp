@@ -205,6 +205,20 @@ TEST_F(Connect, RefusedModeStatementLeavesNoHandleBehind) {
   EXPECT_EQ(client.OpenHandles(), 0U);
 }
 
+// With the server's own mode, on, each statement of a transaction would be committed at once.
+TEST_F(Connect, RefusedModeStatementLeavesNoConnectionInAnotherMode) {
+  ASSession& session = Ready();
+  client.FailQuery(1317, "interrupted").Matching("SET AUTOCOMMIT");
+  EXPECT_EQ(ThrownBy([&] { session.Connect(false); }),
+            (Thrown{102, "DB Error 1317 (interrupted) in query\n\b\nSET AUTOCOMMIT=0"}));
+  EXPECT_EQ(client.OpenHandles(), 0U);
+  client.ForgetCalls();
+  EXPECT_EQ(ThrownBy([&] { session.Execute("INSERT x"); }), (Thrown{102, "DB Error 0 () in query\n\b\nINSERT x"}));
+  session.Execute("INSERT x");
+  EXPECT_THAT(client.CallsByHandle(),
+              ElementsAre("3 init", "3 connect '' '' '' '' 0", "3 query SET AUTOCOMMIT=0", "3 query INSERT x"));
+}
+
 TEST_F(Connect, ForbiddenReconnectionLeavesNoHandleBehind) {
   client.FailQuery(2013, "lost").Matching("SET AUTOCOMMIT");
   EXPECT_EQ(ThrownBy([&] { Construct({{"AutoReconnect", "off"}}); }), (Thrown{103, "Database connection lost"}));
