@@ -108,6 +108,10 @@ bool Run(MYSQL* handle, Str const& statement) {
   return handle != nullptr && mysql_query(handle, statement.str()) == 0;
 }
 
+int CodeOf(unsigned number) {
+  return number == corvane::internal::kServerForeignKey ? corvane::kErrForeignKey : corvane::kErrStatementRefused;
+}
+
 AException Refused(int code, MYSQL* handle, Str const& statement) {
   ClientError const error(handle);
   AException refused(code, "DB Error ", static_cast<int>(error.number));
@@ -454,11 +458,7 @@ bool ASSession::Send(Str const& statement, std::optional<unsigned>& lostBy) {
   }
   ClientError const error(mainHandle_);
   LogFailure(debugLevel_, Address(), error, statement);
-  if (error.number != 0 && !IsConnectionLost(error.number)) {
-    int const code =
-        error.number == corvane::internal::kServerForeignKey ? corvane::kErrForeignKey : corvane::kErrStatementRefused;
-    throw Refused(code, mainHandle_, statement);
-  }
+  if (error.number != 0 && !IsConnectionLost(error.number)) throw Refused(CodeOf(error.number), mainHandle_, statement);
   LogLost(debugLevel_, error, statement);
   if (exitOnError_) std::exit(1);
   if (mainHandle_ != nullptr) lostBy = error.number;
@@ -484,8 +484,9 @@ void ASSession::AdmitUntakenOf(Str const& statement) {
   }
   if (!HasError()) return;
   DropUntaken();
-  LogFailure(debugLevel_, Address(), ClientError(mainHandle_), statement);
-  throw Refused(corvane::kErrStatementRefused, mainHandle_, statement);
+  ClientError const error(mainHandle_);
+  LogFailure(debugLevel_, Address(), error, statement);
+  throw Refused(CodeOf(error.number), mainHandle_, statement);
 }
 
 bool ASSession::HasError() const { return ClientError(mainHandle_).number != 0; }

@@ -636,6 +636,13 @@ TEST_F(CursorStatement, OfACallThatFailsOnItsWayLeavesTheNextStatementAlone) {
   EXPECT_EQ(client.UnfreedResults(), 0U);
 }
 
+TEST_F(CursorStatement, OfACallWhoseLaterStatementAForeignKeyForbidsThrowsItsNumber) {
+  Answer(1, {{"1"}}).Then(1, {{"2"}}).Then();
+  client.FailNextResult(1217, "parent");
+  EXPECT_EQ(ThrownBy([&] { cursor.Statement("CALL p()"); }),
+            (Thrown{100, "DB Error 1217 (parent) in query\n\b\nCALL p()"}));
+}
+
 TEST_F(CursorStatement, OfACallWhoseFirstResultIsLostThrows) {
   Answer(1, {{"1"}}).Then();
   client.FailStoreResult(1317, "interrupted");
