@@ -238,8 +238,9 @@ struct Quoted {
   std::string_view prefix;
   std::string_view suffix;
   void Append(Str& out, Str const& name) const {
-    out.AppendWith(prefix.size() + name.View().size() + suffix.size(), [&](char* const begin) {
-      return static_cast<std::size_t>(Put(Put(Put(begin, prefix), name.View()), suffix) - begin);
+    std::string_view const text = name.View();
+    out.AppendWith(prefix.size() + text.size() + suffix.size(), [this, text](char* const begin) {
+      return static_cast<std::size_t>(Put(Put(Put(begin, prefix), text), suffix) - begin);
     });
   }
 
