@@ -36,8 +36,26 @@ struct SessionOptions;
 /// | EmulateSequences | "no", in any case of letters: no sequence connection | it is opened |
 /// | AutoReconnect | "off", in any case of letters: a lost connection stays lost | it is reopened |
 ///
-/// A key that is looked up is added to the session's own map with an empty value. The sequence connection always uses
-/// port 0: the client library takes the port from MYSQL_TCP_PORT and the socket from MYSQL_UNIX_PORT.
+/// And for production; a value that cannot be makes the constructor throw "Session parameter X cannot be 'value': ...":
+///
+/// | Key | Meaning | When absent |
+/// |---|---|---|
+/// | ConnectTimeout, ReadTimeout, WriteTimeout | seconds, on every connection; 0 for no limit | no limit |
+/// | ControlTimeout | seconds to wait for the control connection's byte | no limit |
+/// | Charset | character set of the connections; those in which escaping is unsafe are refused | the client library's |
+/// | Socket | path of the UNIX socket to use, whatever Host says | none |
+/// | SequencePort | port of the sequence connection | 0 |
+/// | SslMode | disabled, preferred, required, verify-ca or verify-identity | the client library's way: no TLS |
+/// | SslCa, SslCert, SslKey | files in PEM form; they need an SslMode | none |
+/// | RetryLimit | reconnections for one statement, then exception 103 | no limit, but one attempt each |
+/// | RetryWrites | "off": what may change data is not repeated after a loss, exception 104 | it is |
+/// | SafeMode | "on": unsafe servers, and updates and deletions without a condition, are refused | they are not |
+/// | CloseOnDestroy | "on": the destructor closes the database connections | it leaves them open |
+/// | LogSecrets | "off": the log shows *** for the password | it shows the password |
+///
+/// A key of the first table that is looked up is added to the session's own map with an empty value. Without a
+/// SequencePort the sequence connection always uses port 0: the client library takes the port from MYSQL_TCP_PORT and
+/// the socket from MYSQL_UNIX_PORT.
 ///
 /// Diagnostics go to the standard error stream: at debug level 1 and above failures and the statements of Insert(),
 /// Update(), Delete() and Select(); at 2 and above every statement, the parameters (the password among them) and
@@ -63,7 +81,8 @@ class CORVANE_API ASSession {
   ASSession(ASSession const&) = delete;
   ASSession& operator=(ASSession const&) = delete;
   /// Closes the control connection. The database connections stay open until the process ends, and with them an open
-  /// transaction and its locks: call Commit() or Rollback() first, or Disconnect() to close them.
+  /// transaction and its locks: call Commit() or Rollback() first, or Disconnect() to close them. With CloseOnDestroy
+  /// they are closed, and the server rolls back.
   ~ASSession();
 
   /// Opens all connections, after closing those that are there: control connection, main connection, autocommit
@@ -82,8 +101,12 @@ class CORVANE_API ASSession {
   /// connection (2006, 2013, 2014) is reopened; then, with autocommit on, the statement is run again, as often as it
   /// takes: it may so be executed more than once, and one that is too large for the server is tried for ever. With
   /// autocommit off the transaction has died with its connection, and error 102 is thrown with the number of the new
-  /// connection, usually 0. With AutoReconnect off: 103 "Database connection lost". A statement with a NUL byte, which
-  /// the client library would cut there, throws "Statement contains a NUL byte. " and is not sent.
+  /// connection, usually 0. With AutoReconnect off: 103 "Database connection lost". The exception's Kind() tells
+  /// whether the statement may have been carried out all the same, and its ServerError() how the connection was lost.
+  /// With RetryLimit the reconnections are bounded, and an attempt that does not reach the server is repeated within
+  /// the bound; with RetryWrites off a statement that may change data ends in 104 instead of being repeated. A
+  /// statement with a NUL byte, which the client library would cut there, throws "Statement contains a NUL byte. " and
+  /// is not sent.
   unsigned long Execute(Str const& statement);
   /// Runs a statement on the sequence connection. Throws "Sequence connection is not established. " without one, and
   /// as Execute() otherwise, without a number. A lost connection is always reopened and the statement run again.

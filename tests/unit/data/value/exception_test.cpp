@@ -28,6 +28,39 @@ TEST(AException, KeepsTheNumberOutOfTheMessage) {
   EXPECT_STREQ(exception.what(), "DB Error ");
 }
 
+TEST(AException, HasNoServerErrorWhenNoneIsGiven) {
+  AException const exception(102, "DB Error ");
+  EXPECT_EQ(exception.ServerError(), 0);
+  EXPECT_STREQ(exception.SqlState(), "HY000");
+  EXPECT_EQ(exception.Kind(), corvane::ErrorKind::kOther);
+}
+
+TEST(AException, TellsWhatTheServerSaid) {
+  AException const exception(102, "DB Error ", 1062);
+  EXPECT_EQ(exception.Number(), 102);
+  EXPECT_STREQ(exception.what(), "DB Error ");
+  EXPECT_EQ(exception.ServerError(), 1062);
+  EXPECT_STREQ(exception.SqlState(), "23000");
+  EXPECT_EQ(exception.Kind(), corvane::ErrorKind::kDuplicateKey);
+}
+
+TEST(AException, IsOfTheKindThatItIsGiven) {
+  AException const exception(102, "DB Error ", 1062, corvane::ErrorKind::kOutcomeUnknown);
+  EXPECT_EQ(exception.ServerError(), 1062);
+  EXPECT_EQ(exception.Kind(), corvane::ErrorKind::kOutcomeUnknown);
+}
+
+TEST(AException, CopiesWhatTheServerSaid) {
+  AException const exception(102, "DB Error ", 1062, corvane::ErrorKind::kOutcomeUnknown);
+  AException copy(exception);
+  EXPECT_EQ(copy.ServerError(), 1062);
+  EXPECT_EQ(copy.Kind(), corvane::ErrorKind::kOutcomeUnknown);
+  AException assigned("");
+  assigned = exception;
+  EXPECT_EQ(assigned.ServerError(), 1062);
+  EXPECT_EQ(assigned.Kind(), corvane::ErrorKind::kOutcomeUnknown);
+}
+
 TEST(AException, TakesANullMessageForAnEmptyOne) {
   AException const exception(static_cast<char const*>(nullptr));
   EXPECT_STREQ(exception.what(), "");
@@ -224,6 +257,7 @@ TEST(AException, NumbersOfExecute) {
   EXPECT_EQ(static_cast<int>(corvane::kErrForeignKey), 100);
   EXPECT_EQ(static_cast<int>(corvane::kErrStatementRefused), 102);
   EXPECT_EQ(static_cast<int>(corvane::kErrConnectionLost), 103);
+  EXPECT_EQ(static_cast<int>(corvane::kErrOutcomeUnknown), 104);
 }
 
 }  // namespace
