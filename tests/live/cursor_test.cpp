@@ -393,6 +393,10 @@ TEST_F(CursorSets, IntersectReadsTheRowsInBoth) {
   Session session(With());
   low.AssignSession(&session);
   low.Intersect(high).Order(ASOrder("1"));
+  if (!IsMariaDb()) {  // MySQL has none before 8.0.31
+    EXPECT_THAT(FailureOf([&] { low.Fetch(); }).message, StartsWith("DB Error 1064 ("));
+    return;
+  }
   EXPECT_EQ(RowsOf(low, {&customer.id}), (Rows{{"2"}, {"3"}}));
 }
 

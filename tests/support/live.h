@@ -133,6 +133,8 @@ class LiveTest : public ::testing::Test {
   Rows StoredRows(std::string const& query) { return observer_->Read(query); }
   Field Stored(std::string const& query) { return observer_->Value(query); }
   bool Becomes(std::string const& query, std::string const& value) { return observer_->Becomes(query, value); }
+  /// Where servers differ by nature, a test says what each does: MariaDB, or MySQL.
+  bool IsMariaDb() { return Stored("SELECT VERSION() LIKE '%MariaDB%'") == "1"; }
   void Kill(std::string const& connectionId) { observer_->Kill(connectionId); }
   /// Whether the server counts `count` connections to the schema, or does so within five seconds.
   bool ConnectionsBecome(int count);
