@@ -5,7 +5,7 @@ set -euo pipefail
 behaviour=$1 demo=$2
 tool=$(realpath "$(dirname "$0")/../../tools/private-server")
 if [[ -z ${CORVANE_DEMO_TEST:-} ]]; then
-  PATH=$PATH:/usr/sbin type -P mariadbd >/dev/null || { echo "no server: mariadbd is not installed"; exit 77; }
+  [[ -n ${CORVANE_TEST_SERVER:-} ]] || PATH=$PATH:/usr/sbin type -P mariadbd >/dev/null || { echo "no server: mariadbd is not installed"; exit 77; }
   exec "$tool" run -- env CORVANE_DEMO_TEST=1 "$0" "$behaviour" "$demo"
 fi
 folder=$(mktemp -d)
