@@ -14,9 +14,16 @@ Cluster::Cluster() {
 
 Parameters Cluster::SessionParameters() const {
   return {
-      {"Host", Environment("CORVANE_TEST_HOST")},         {"Port", Environment("CORVANE_TEST_PORT")},
-      {"UserName", Environment("CORVANE_TEST_USER")},     {"Password", Environment("CORVANE_TEST_PASSWORD")},
-      {"Database", Environment("CORVANE_TEST_DATABASE")}, {"EmulateSequences", "no"},
+      {"Host", Environment("CORVANE_TEST_HOST")},
+      {"Port", Environment("CORVANE_TEST_PORT")},
+      {"UserName", Environment("CORVANE_TEST_USER")},
+      {"Password", Environment("CORVANE_TEST_PASSWORD")},
+      {"Database", Environment("CORVANE_TEST_DATABASE")},
+      {"EmulateSequences", "no"},
+      {"ConnectTimeout", "5"},
+      {"ReadTimeout", "30"},
+      {"WriteTimeout", "30"},
+      {"RetryLimit", "10"},
   };
 }
 

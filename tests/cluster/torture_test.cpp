@@ -69,9 +69,10 @@ Writers StartWriters(Parameters const& parameters) {
 void AwaitAll(Writers const& writers, Clock::time_point since) {
   for (auto const& writer : writers) {
     while (writer->LastAcknowledged() < since) {
-      std::string const name = "writer " + std::to_string(writer->Number());
-      if (writer->Ended()) throw std::runtime_error(name + " has ended");
-      if (Clock::now() - since > kPatience) throw std::runtime_error(name + " hangs");
+      if (writer->Ended()) writer->Join();  // throws why
+      if (Clock::now() - since > kPatience) {
+        throw std::runtime_error("writer " + std::to_string(writer->Number()) + " hangs");
+      }
       std::this_thread::sleep_for(kPollStep);
     }
   }
