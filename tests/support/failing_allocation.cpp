@@ -8,21 +8,13 @@ namespace {
 
 thread_local bool armed = false;
 thread_local bool failed = false;
+thread_local bool failsOnce = true;
 thread_local unsigned passing = 0;
 thread_local unsigned suspended = 0;
 
-bool IsToFail() {
-  if (!armed || suspended > 0) return false;
-  if (passing > 0) {
-    --passing;
-    return false;
-  }
-  armed = false;
-  failed = true;
-  return true;
+void* Allocate(std::size_t size) noexcept {
+  return corvane::test::AllocationFails() ? nullptr : std::malloc(size > 0 ? size : 1);
 }
-
-void* Allocate(std::size_t size) noexcept { return IsToFail() ? nullptr : std::malloc(size > 0 ? size : 1); }
 
 void* AllocateOrThrow(std::size_t size) {
   void* const memory = Allocate(size);
@@ -34,8 +26,19 @@ void* AllocateOrThrow(std::size_t size) {
 
 namespace corvane::test {
 
-FailingAllocation::FailingAllocation(unsigned allocations) {
+bool AllocationFails() {
+  if (!armed || suspended > 0) return false;
+  if (passing > 0) {
+    --passing;
+    return false;
+  }
+  armed = !failsOnce;
+  return failed = true;
+}
+
+FailingAllocation::FailingAllocation(unsigned allocations, Times times) {
   passing = allocations;
+  failsOnce = times == kOnce;
   failed = false;
   armed = true;
 }
