@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <typeinfo>
 
@@ -188,7 +189,13 @@ ASDomain& ASDomain::operator=(ASDomain const& other) {
   if (this == &other) return *this;
   if (empty()) {
     label_ = kOwningLabel;
-    CloneColumns(other);
+    try {
+      CloneColumns(other);
+    } catch (std::bad_alloc const&) {
+      FreeColumns();
+      clear();  // a record with some of the columns would pass for the whole one
+      throw;
+    }
     return *this;
   }
   auto source = other.begin();

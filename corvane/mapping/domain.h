@@ -34,9 +34,9 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   /// it is. Throws AException "Incompatible types for ASDomain::ASDomain(). " for a value whose class is not the one
   /// that its type code names.
   ASDomain(ASDomain const& other);
-  /// Into a record without columns: clones as above, the name stays. Else value by value, in step until either list
-  /// ends; throws AException "Incompatible types in ASDomain::operator=(). " at the first pair of different type, the
-  /// values before it being assigned. Assigning a record to itself does nothing.
+  /// Into a record without columns: clones as above, all or, without memory, none; the name stays. Else value by value,
+  /// in step until either list ends; throws AException "Incompatible types in ASDomain::operator=(). " at the first
+  /// pair of different type, the values before it being assigned. Assigning a record to itself does nothing.
   ASDomain& operator=(ASDomain const& other);
   virtual ~ASDomain();
 
