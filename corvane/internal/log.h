@@ -1,6 +1,8 @@
 #ifndef CORVANE_INTERNAL_LOG_H
 #define CORVANE_INTERNAL_LOG_H
 
+#include <new>
+
 #include "corvane/data/value/str.h"
 
 namespace corvane::internal {
@@ -20,13 +22,18 @@ Str& operator<<(Str& out, Pointer pointer);
 /// Writes the text to the standard error stream in one piece.
 void WriteLog(Str const& text);
 
-/// Writes the parts, one behind the other, when `level` is above `gate`; builds no text otherwise.
+/// Writes the parts, one behind the other, when `level` is above `gate`; builds no text otherwise. Without memory for
+/// the text it is not written, and nothing is thrown: what it tells of may be done already.
 template <class... Parts>
 void Log(int level, int gate, Parts const&... parts) {
   if (level <= gate) return;
-  Str text;
-  (text << ... << parts);
-  WriteLog(text);
+  try {
+    Str text;
+    (text << ... << parts);
+    WriteLog(text);
+  } catch (std::bad_alloc const&) {
+    // Nobody to tell.
+  }
 }
 
 }  // namespace corvane::internal

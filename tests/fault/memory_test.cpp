@@ -41,6 +41,17 @@ TEST_F(Memory, ARecordThatCannotBeGivenAllColumnsGetsNone) {
   EXPECT_EQ(copy.size(), 2U);
 }
 
+// The statement has been executed by the time its completion is to be logged.
+TEST_F(Memory, ALineOfLogThatCannotBeWrittenFailsNoStatement) {
+  session = &Ready({}, 2);
+  Str const statement("INSERT t");
+  unsigned sent = 0;
+  LogOf([&] {
+    FailEachAllocation([&] { session->Execute(statement), ++sent; }, [] { ADD_FAILURE() << "the statement failed"; });
+  });
+  EXPECT_EQ(Statements().size(), sent);
+}
+
 // More than is kept of an earlier block.
 TEST_F(Memory, ARowBufferThatGetsNoPagesIsReportedAndStays) {
   constexpr int kLarge = 32 * 1024 * 1024;
