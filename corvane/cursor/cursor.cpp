@@ -132,13 +132,15 @@ void ASCursor::Statement(Str const& sql) {
   }
 }
 
-// Only a raw text can leave a result that nobody takes, or several.
+// Only a raw text can leave a result that nobody takes, or several. Whether it may is settled before it is sent:
+// nothing may fail between that and the result, which would stay in the next statement's way.
 void ASCursor::Execute(Str const& statement) {
+  bool const raw = raw_.length() > 0;
+  bool const several = raw && corvane::internal::MayGiveResults(statement);
   session_->Execute(statement);
-  if (raw_.length() == 0) return;
-  if (corvane::internal::MayGiveResults(statement)) {
+  if (several) {
     session_->AdmitUntakenOf(statement);
-  } else {
+  } else if (raw) {
     session_->AdmitUntaken();
   }
 }

@@ -52,6 +52,14 @@ TEST_F(Memory, ALineOfLogThatCannotBeWrittenFailsNoStatement) {
   EXPECT_EQ(Statements().size(), sent);
 }
 
+TEST_F(Memory, ARawStatementLeavesNoResultInTheWay) {
+  ASCursor cursor(session);
+  Answer(1, {{"t"}}).Matching("SHOW").Times(100);
+  FailEachAllocation([&] { cursor.Statement("SHOW TABLES of a schema with a name of some length"); },
+                     [&] { EXPECT_EQ(session->Execute("INSERT t"), 0U); });
+  client.Reset();
+}
+
 // More than is kept of an earlier block.
 TEST_F(Memory, ARowBufferThatGetsNoPagesIsReportedAndStays) {
   constexpr int kLarge = 32 * 1024 * 1024;
