@@ -14,3 +14,9 @@ if(CORVANE_SANITIZE)
   add_compile_options(-fsanitize=${_sanitizers} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${_sanitizers})
 endif()
+
+# Where libFuzzer is at hand: the programs of tests/fuzz are built then.
+set(CORVANE_FUZZ OFF)
+if(CORVANE_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  set(CORVANE_FUZZ ON)
+endif()
