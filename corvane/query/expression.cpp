@@ -1,7 +1,9 @@
 #include "corvane/query/expression.h"
 
+#include <atomic>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include "corvane/data/literal.h"
 #include "corvane/internal/finite.h"
@@ -13,6 +15,35 @@ namespace {
 ASExpression Kept(ASAttribute const& temporary) { return static_cast<ASAttribute const&&>(temporary); }
 
 }  // namespace
+
+struct ASExpression::Node {
+  explicit Node(ASExpression const& whole) : tree(whole) {}
+
+  ASExpression tree;
+  std::atomic<unsigned long> uses{1};
+  Node* next = nullptr;  // while they are deleted
+};
+
+// Deletes what is used no more without recursion: a chain may be longer than the stack is deep.
+void ASExpression::Release::operator()(Node* node) const noexcept {
+  Node* unused = nullptr;
+  auto const drop = [&unused](Node* used) {
+    if (used == nullptr || --used->uses > 0) return;
+    used->next = unused;
+    unused = used;
+  };
+  drop(node);
+  while (unused != nullptr) {
+    std::unique_ptr<Node> const first(unused);
+    unused = first->next;
+    for (SubTree& tree : first->tree.expression_) drop(tree.release());
+  }
+}
+
+ASExpression::SubTree ASExpression::Shared(SubTree const& tree) {
+  if (tree != nullptr) ++tree->uses;
+  return SubTree(tree.get());
+}
 
 ASExpression::ASExpression() = default;
 
@@ -48,18 +79,13 @@ ASExpression::ASExpression(ASExpression const& left, Code code, ASExpression con
 }
 
 ASExpression::ASExpression(ASExpression const& other)
-    : attribute_{other.attribute_[kLeft], other.attribute_[kRight]},
+    : expression_{Shared(other.expression_[kLeft]), Shared(other.expression_[kRight])},
+      attribute_{other.attribute_[kLeft], other.attribute_[kRight]},
       constant_{other.constant_[kLeft], other.constant_[kRight]},
       code_(other.code_),
       kept_{other.kept_[kLeft], other.kept_[kRight]},
       null_{other.null_[kLeft], other.null_[kRight]},
-      finite_(other.finite_) {
-  for (Side const side : {kLeft, kRight}) {
-    if (other.expression_[side] != nullptr) {
-      expression_[side] = std::make_unique<ASExpression>(*other.expression_[side]);
-    }
-  }
-}
+      finite_(other.finite_) {}
 
 ASExpression& ASExpression::operator=(ASExpression const& other) {
   ASExpression copy(other);
@@ -96,7 +122,7 @@ void ASExpression::SetConstant(Str constant) {
 void ASExpression::Take(Side side, ASExpression const& operand) {
   finite_ = finite_ && operand.finite_;
   if (operand.code_ != kLeaf) {
-    expression_[side] = std::make_unique<ASExpression>(operand);
+    expression_[side] = SubTree(new Node(operand));  // owned by its first use
     return;
   }
   attribute_[side] = operand.attribute_[kLeft];
@@ -106,17 +132,29 @@ void ASExpression::Take(Side side, ASExpression const& operand) {
 }
 
 // Pinned: no parentheses, whatever the tree's shape; held by Expression.ParenthesesAreNeverWritten.
+// Without recursion: a tree may be deeper than the stack.
 void ASExpression::AppendTo(Str& out) const {
-  if (code_ == kEmpty) return;
-  AppendOperand(out, kLeft);
-  out << Word(code_);
-  AppendOperand(out, kRight);
+  std::vector<std::pair<ASExpression const*, Side>> ahead{{this, kLeft}};  // trees, and from which side on
+  while (!ahead.empty()) {
+    auto const [tree, side] = ahead.back();
+    ahead.pop_back();
+    if (tree->code_ == kEmpty) continue;
+    if (side == kLeft) {
+      ahead.emplace_back(tree, kRight);
+    } else {
+      out << Word(tree->code_);
+    }
+    if (tree->expression_[side] != nullptr) {
+      ahead.emplace_back(&tree->expression_[side]->tree, kLeft);
+    } else {
+      tree->AppendOperand(out, side);
+    }
+  }
 }
 
+// Of an operand that is no tree.
 void ASExpression::AppendOperand(Str& out, Side side) const {
-  if (expression_[side] != nullptr) {
-    expression_[side]->AppendTo(out);
-  } else if (attribute_[side] != nullptr) {
+  if (attribute_[side] != nullptr) {
     out << attribute_[side]->Query();
   } else if (null_[side]) {
     out << "NULL";

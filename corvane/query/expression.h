@@ -19,8 +19,9 @@ class ASAttribute;
 /// A BINARY VALUE IS WRITTEN AS THE WORD BLOB, its getstr(): ASSession::Update() writes its bytes. No parentheses are
 /// ever written: (a + b) * c gives "T1.a + T1.b * T1.c", and the server's precedence applies to that.
 ///
-/// Columns named in an expression must outlive it; of temporary ones (`a.Abs() + 1`) the text is kept.
-/// Nothing here throws but memory exhaustion (std::bad_alloc); a number that is not finite makes the setter throw.
+/// Columns named in an expression must outlive it; of temporary ones (`a.Abs() + 1`) the text is kept. Trees may be of
+/// any depth, and a copy shares the sub-trees, whatever their size. Nothing here throws but memory exhaustion
+/// (std::bad_alloc); a number that is not finite makes the setter throw.
 class CORVANE_API ASExpression {
  public:
   /// Empty: renders nothing.
@@ -39,7 +40,7 @@ class CORVANE_API ASExpression {
   /// One column: its Query(), as of when the expression is rendered; of a temporary one, as of now.
   ASExpression(ASAttribute const& attribute);
   ASExpression(ASAttribute const&& attribute);
-  /// Copies the whole tree, but not the columns that it points to.
+  /// As if it copied the whole tree, but not the columns that it points to.
   ASExpression(ASExpression const& other);
   ASExpression& operator=(ASExpression const& other);
   ~ASExpression();
@@ -64,19 +65,27 @@ class CORVANE_API ASExpression {
   };
   enum Side { kLeft, kRight };
 
+  // A sub-tree, which is never changed; all expressions that have it share it, those of other threads too.
+  struct Node;
+  struct Release {
+    void operator()(Node* node) const noexcept;
+  };
+  using SubTree = std::unique_ptr<Node, Release>;  // one use of the node
+
   explicit ASExpression(corvane::Number const& number);
   friend class ASSetter;
 
   ASExpression(ASExpression const& left, Code code, ASExpression const& right);
   void SetConstant(Str constant);
   void Take(Side side, ASExpression const& operand);
+  static SubTree Shared(SubTree const& tree);
   void AppendTo(Str& out) const;
   void AppendOperand(Str& out, Side side) const;
   static char const* Word(Code code);
 
   // Each side holds one operand at most: a sub-expression, else a column, else a constant, which is null when there is
   // none. The order is binary contract.
-  std::unique_ptr<ASExpression> expression_[2];
+  SubTree expression_[2];
   ASAttribute const* attribute_[2] = {};  // not owned; in kept_ when it was a temporary
   Str constant_[2];
   Code code_ = kEmpty;
