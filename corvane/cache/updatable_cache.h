@@ -12,7 +12,7 @@
 ///
 /// With the save-first switch (the constructor's `n` other than 0) the row as it is in the table is copied to the
 /// archive table, the table's name with "Arc" behind it, by ASSession::SaveQuery(), before this cache changes it for
-/// the first time since Clear(). That statement does not escape keys: never with keys of untrusted text. WHATEVER IT
+/// the first time since Clear(). In that statement keys are NOT ESCAPED: never with keys of untrusted text. WHATEVER IT
 /// REPORTS IS IGNORED, the loss of the connection included: without autocommit the transaction so far is lost then, and
 /// the change runs alone on the new connection.
 ///
@@ -30,7 +30,7 @@ class CORVANE_API ASUpdatableCache : public virtual ASSimpleCache {
   /// remembering is off, that one is only dropped. WITHOUT KEY COLUMNS EVERY ROW IS CHANGED. A row that does not exist
   /// is not an error: nothing is changed then, and the record is remembered all the same. Throws "Internal Error:
   /// Attempt to change data in const transaction. " in read-only mode, before anything is logged or sent, and what
-  /// ASSession::Execute() throws; the store is unchanged then.
+  /// ASSession::Execute() throws; the store is unchanged then. With the save-first switch the key is NOT ESCAPED.
   virtual void Put();
 };
 

@@ -80,12 +80,12 @@ class CORVANE_API ASCursor : public virtual ASFilter {
   /// "(SELECT ... UNION ...)": without ORDER BY and LIMIT; or the raw text alone, without parentheses.
   virtual Str SimpleQuery() const;
 
-  /// Runs a raw text. One without the letters "select", in any case, is executed, once, and the cursor stays closed
-  /// without rows; its result, if it has one (SHOW, CALL), can be taken by the session's FetchMultiple() before the
-  /// next statement. Any other is executed twice: for its columns, and by Open() for its rows. One that has the letters
-  /// but no result (INSERT ... SELECT) is executed once, then "MySQL fetch error. " is thrown. Of the results of a
-  /// procedure the first one counts, and the failure of a later one is thrown too. A text that has failed is not run
-  /// again by Open(): give it to Statement() once more.
+  /// Runs a raw text, NOT ESCAPED: values go in by corvane::Literal(). One without the letters "select", in any case,
+  /// is executed, once, and the cursor stays closed without rows; its result, if it has one (SHOW, CALL), can be taken
+  /// by the session's FetchMultiple() before the next statement. Any other is executed twice: for its columns, and by
+  /// Open() for its rows. One that has the letters but no result (INSERT ... SELECT) is executed once, then "MySQL
+  /// fetch error. " is thrown. Of the results of a procedure the first one counts, and the failure of a later one is
+  /// thrown too. A text that has failed is not run again by Open(): give it to Statement() once more.
   ///
   /// For each column of the result the cursor makes a column and a value, which live until the next Statement() or the
   /// cursor's end: `static_cast<ASAttribute*>(item)->Name()` and `item->Data()` for the items of Project().Items(). The

@@ -58,13 +58,13 @@ class CORVANE_API ASData : public virtual basic_type {
   /// The bound attribute's ACType(); 0 when unbound.
   int GetACType() const;
 
-  /// Conditions that compare this value with another, both as quoted texts: "'1'='2'". Neither is escaped: never with
+  /// Conditions that compare this value with another, both as quoted texts: "'1'='2'". Both are NOT ESCAPED: never with
   /// untrusted text. A NULL contributes what its getstr() gives. They name no record type, and throw nothing but memory
   /// exhaustion. Include corvane/query/comparison.h to use them.
   ASComparison EQ(basic_type const& other) const;
-  /// "'1'<>2'": no quote opens before the other value, and servers refuse the text (error 1064).
+  /// "'1'<>2'": no quote opens before the other value, and servers refuse the text (error 1064). NOT ESCAPED.
   ASComparison NE(basic_type const& other) const;
-  /// "'1'>'2'", and so on with "<", ">=", "<=".
+  /// NOT ESCAPED either: "'1'>'2'", and so on with "<", ">=", "<=".
   ASComparison GT(basic_type const& other) const;
   ASComparison LT(basic_type const& other) const;
   ASComparison GE(basic_type const& other) const;

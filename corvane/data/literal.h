@@ -16,8 +16,10 @@ namespace corvane {
 
 /// Appends the bytes as they may stand between single quotes, escaped by the client library: a backslash before ', "
 /// and \, and \0, \n, \r and \Z for NUL, line feed, carriage return and code 26. Texts of any length are taken whole.
+/// It protects between single quotes alone: elsewhere, in backticks too, the text counts as NOT ESCAPED.
 void CORVANE_API AppendEscaped(Str& out, char const* bytes, std::size_t length);
-/// The NUL-terminated text escaped; empty for a null pointer.
+/// The NUL-terminated text escaped likewise, without quotes (anywhere else than between them it counts as NOT ESCAPED);
+/// empty for a null pointer.
 Str CORVANE_API Escaped(char const* text);
 
 /// Appends a value as it stands in a condition: a number (not an ASTime) as its text form, anything else as its text

@@ -35,7 +35,8 @@ class CORVANE_API ASSimpleAttribute {
   virtual ~ASSimpleAttribute();
   /// The text that stands for the column in a statement.
   virtual Str Query() const = 0;
-  /// Appends `before` and Query(), without a text of its own for an ASAttribute. Nothing when Query() throws.
+  /// Appends `before`, NOT ESCAPED, and Query(), without a text of its own for an ASAttribute. Nothing when Query()
+  /// throws.
   void AppendTo(Str& out, char const* before = "") const;
 
   /// The value that holds the column; null until registered. Not owned.
@@ -68,8 +69,10 @@ class CORVANE_API ASSimpleAttribute {
 class CORVANE_API ASAttribute : public ASSimpleAttribute {
  public:
   ASAttribute();
+  /// The name goes into statements as it stands, between backticks in those of records: NOT ESCAPED, and a backtick in
+  /// it ends it.
   explicit ASAttribute(Str const& name);
-  /// `acType` is the application's own tag; `flags` are corvane::kKey and the others, combined by |.
+  /// The name is NOT ESCAPED. `acType` is the application's own tag; `flags` are corvane::kKey and others, with |.
   ASAttribute(Str const& name, Str const& label, int acType, int flags);
   /// Copies everything, the pointers to record and value included; the buffer of an encrypted column is a new one.
   ASAttribute(ASAttribute const& other);
@@ -175,7 +178,8 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   ASComparison operator<=(std::string_view text) const;
 
   /// "a LIKE 'x%'" and "a NOT LIKE 'x%'", the pattern escaped; with an escape character " ESCAPE '!'" behind it. That
-  /// character is not escaped: servers refuse the quote and the backslash (error 1064). A null pattern counts as "".
+  /// character alone is NOT ESCAPED: servers refuse the quote and the backslash (error 1064). A null pattern counts as
+  /// "".
   ASComparison Like(char const* pattern, char escape = 0) const;
   ASComparison Like(std::string_view pattern, char escape = 0) const;
   ASComparison NotLike(char const* pattern, char escape = 0) const;
@@ -201,7 +205,7 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   corvane::IfOtherNumbers<T, U, ASComparison> Between(T low, U high) const {
     return BetweenNumbers(low, high);
   }
-  /// "a BETWEEN '1' AND 5": a value and a number, each as above.
+  /// "a BETWEEN '1' AND 5": a value, NOT ESCAPED, and a number, each as above.
   template <class T>
   corvane::IfNumber<T, ASComparison> Between(basic_type const& low, T high) const {
     return BetweenMixed(low, high);
@@ -238,7 +242,7 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   ASGroupAttribute* Min() const;
   ASGroupAttribute* Count() const;
   ASGroupAttribute* CountDistinct() const;
-  /// `text` as a column of a projection which does not count as plain, read into this column's value.
+  /// `text` as a column of a projection which does not count as plain, read into this column's value. NOT ESCAPED.
   ASGroupAttribute Expression(Str const& text) const;
 
   /// "a DESC", the start of an order.

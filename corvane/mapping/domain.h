@@ -27,7 +27,8 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   /// No columns, empty name and label.
   ASDomain();
   /// `name` is the table's; it may be qualified by a schema ("shop.items") for cursors, but record statements take
-  /// unqualified names only.
+  /// unqualified names only. It goes into statements as it stands, between backticks in those of records: NOT ESCAPED,
+  /// and a backtick in it ends it.
   ASDomain(Str const& name, Str const& label);
   /// Clones every column: its name, label, tag, and of the flags the key flag alone; and its value by type, an ASTime
   /// as an ASInt of the same number, a NULL ASInt64 as the number -9223372036854775808, everything else NULL or not as
@@ -51,9 +52,9 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   /// "T" and the record's address in decimal: unlike that of any other living record.
   Str Alias() const;
   /// The table reference of a FROM clause: `prefix`, the name with each "." replaced by prefix + "." + suffix,
-  /// `suffix`, a blank and the alias. With backticks "`shop`.`items` T140721".
+  /// `suffix`, a blank and the alias. With backticks "`shop`.`items` T140721". All of it is NOT ESCAPED.
   Str Query(Str const& prefix, Str const& suffix) const;
-  /// Alias() and Query() without a text of their own.
+  /// Alias() and Query() without a text of their own, NOT ESCAPED.
   void AppendAlias(Str& out) const { out.Append(alias_.text, alias_.length); }
   void AppendQuery(Str& out, Str const& prefix, Str const& suffix) const;
 

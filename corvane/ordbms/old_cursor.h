@@ -33,7 +33,8 @@ class CORVANE_API old_cursor : public ASCursor, public virtual old_filter {
   /// filter for cursor. " for a null pointer.
   old_cursor& operator<<(old_filter* filter);
 
-  /// Append "name DESC" and "2 DESC" to the order, behind ", " unless that is empty. A code that is none gives no word.
+  /// Append "name DESC", NOT ESCAPED, and "2 DESC" to the order, behind ", " unless that is empty. A code that is none
+  /// gives no word.
   void orderby(Str const& column, sort_order order);
   void orderby(int position, sort_order order);
 

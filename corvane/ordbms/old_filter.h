@@ -19,7 +19,7 @@ namespace ORDBMS {
 ///     filter.Or("name", "'Malta'", ORDBMS::EQUAL);
 ///     filter.Query();  // "SELECT code FROM country P94271 WHERE name='Italy' OR name='Malta'"
 ///
-/// NOTHING IS ESCAPED HERE, neither names nor values: never with untrusted text.
+/// ALL IS NOT ESCAPED HERE, neither names nor values: never with untrusted text.
 ///
 /// The tables are those of Join() alone: the columns and conditions of records, which name their own aliases, do not
 /// fit here. An ASAttribute without record may be streamed into Project(): `ASAttribute("code")`, with a value given by

@@ -18,9 +18,9 @@ class CORVANE_API ASComparison {
   /// The record whose rows are kept whatever the condition says (may be null), and the one to be LEFT JOINed.
   using JoinPair = std::pair<ASDomain*, ASDomain*>;
 
-  /// A condition that names `d1` and `d2`; either may be null.
+  /// A condition that names `d1` and `d2`; either may be null. The text is NOT ESCAPED: it stands as it is given.
   ASComparison(Str text, ASDomain* d1, ASDomain* d2);
-  /// An outer join: `text` is its ON condition; the WHERE text is empty and no record is named by it.
+  /// An outer join: `text` is its ON condition, NOT ESCAPED; the WHERE text is empty and no record is named by it.
   static ASComparison OuterJoin(Str text, ASDomain* requiredSide, ASDomain* optionalSide);
 
   ASComparison(ASComparison const&) = default;

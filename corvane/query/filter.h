@@ -48,7 +48,7 @@ class CORVANE_API ASFilter {
   /// Appends " START WITH " and the text of `start`, if that names a record, then " CONNECT BY PRIOR " and that of
   /// `prior`. MySQL and MariaDB refuse both (error 1064). Call it behind Where(), which would drop it.
   ASFilter& ConnectBy(ASComparison const& prior, ASComparison const& start);
-  /// Sets what stands between "/*+ " and " */" behind SELECT; an empty text takes it away.
+  /// Sets what stands between "/*+ " and " */" behind SELECT; an empty text takes it away. NOT ESCAPED: "*/" ends it.
   ASFilter& Hint(Str const& hint);
 
   /// " EXISTS (SELECT ...)" and " NOT EXISTS (SELECT ...)", conditions that name no record. To correlate them, compare
@@ -67,7 +67,7 @@ class CORVANE_API ASFilter {
 
  protected:
   /// " WHERE ..." and what ConnectBy() wrote behind it, for the statements of derived classes; null without a
-  /// condition.
+  /// condition. What is written there is NOT ESCAPED.
   Str const& Condition() const { return where_; }
   Str& ConditionForUpdate() { return where_; }
   /// Takes over all of the other filter, its outer joins too, which assigning would lose.

@@ -19,7 +19,7 @@ class numeric;
 /// (std::bad_alloc).
 class CORVANE_API ASGroupAttribute : public ASSimpleAttribute {
  public:
-  /// `text` is the whole text of the column. Record and value are not owned; either may be null.
+  /// `text` is the whole text of the column, NOT ESCAPED. Record and value are not owned; either may be null.
   ASGroupAttribute(Str const& text, ASDomain* domain, ASData* data);
   ASGroupAttribute(ASGroupAttribute const&) = default;
   ASGroupAttribute& operator=(ASGroupAttribute const&) = default;
@@ -97,11 +97,13 @@ class CORVANE_API ASGroupAttribute : public ASSimpleAttribute {
   ASGroupComparison operator==(std::string_view text) const;
   ASGroupComparison operator!=(std::string_view text) const;
 
-  /// "g LIKE 'x%'", the pattern escaped; with an escape character " ESCAPE '!'" behind it. A null pattern counts as "".
+  /// "g LIKE 'x%'", the pattern escaped; with an escape character " ESCAPE '!'" behind it, which alone is NOT ESCAPED.
+  /// A null pattern counts as "".
   ASGroupComparison Like(char const* pattern, char escape = 0) const;
   ASGroupComparison Like(std::string_view pattern, char escape = 0) const;
   /// A condition (not a column, as ASAttribute::InStr() gives) " INSTR (g, x)", the text escaped but NOT QUOTED. Quotes
-  /// in it are escaped too, so it can only be a number or a column's name. A null pointer counts as "".
+  /// in it are escaped too, so it can only be a number or a column's name. But what needs no quotes breaks out, as if
+  /// it were NOT ESCAPED: never with untrusted text. A null pointer counts as "".
   ASGroupComparison InStr(char const* text) const;
   ASGroupComparison InStr(std::string_view text) const;
   /// "g IS NULL", "g IS NOT NULL".

@@ -12,7 +12,7 @@ class ASDomain;
 /// but memory exhaustion (std::bad_alloc).
 class CORVANE_API ASGroupComparison {
  public:
-  /// A condition that names `d1` and `d2`; either may be null.
+  /// A condition that names `d1` and `d2`; either may be null. The text is NOT ESCAPED: it stands as it is given.
   ASGroupComparison(Str text, ASDomain* d1, ASDomain* d2);
 
   /// "(this) AND (other)", "(this) OR (other)": this condition is changed and returned (a constant one is copied); an

@@ -14,10 +14,10 @@ class CORVANE_API ASOrder {
  public:
   /// An empty list.
   ASOrder() = default;
-  /// The text as it stands: a column's Query(), a position, or a whole list.
+  /// The text as it stands, NOT ESCAPED: a column's Query(), a position, or a whole list.
   explicit ASOrder(Str text) : text_(std::move(text)) {}
 
-  /// Appends the text, behind ", " unless the list is empty.
+  /// Appends the text, NOT ESCAPED, behind ", " unless the list is empty.
   ASOrder& operator<<(Str const& text);
 
   Str Query() const { return text_; }

@@ -41,7 +41,7 @@ class CORVANE_API ASProject {
 
   /// The select list: "DISTINCT a, SUM(b)"; empty without columns.
   Str ProjectQuery() const { return projectText_; }
-  /// The same for writing, past the columns and the GROUP BY list.
+  /// The same for writing, past the columns and the GROUP BY list. What is written there is NOT ESCAPED.
   Str& ProjectQueryForUpdate() { return projectText_; }
   /// The plain columns: "a, b".
   Str GroupQuery() const { return groupText_; }
@@ -50,7 +50,8 @@ class CORVANE_API ASProject {
   Str ProjectForLimitInternalQuery() const;
   Str ProjectForLimitQuery() const;
   /// What stands before and behind each table name from now on: the session's getKWPrefix() and getKWSuffix(). Cursors
-  /// set them; a projection on its own begins without. They are no part of what is projected, hence const.
+  /// set them; a projection on its own begins without. They are NOT ESCAPED. They are no part of what is projected,
+  /// hence const.
   void setKW(Str const& prefix, Str const& suffix) const;
 
   /// The FROM clause of a SELECT: "(`t` T1, `u` T2) LEFT JOIN `v` T3 ON (c1 AND c2) LEFT JOIN `w` T4 ON (c3)". A record

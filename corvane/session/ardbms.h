@@ -76,7 +76,8 @@ class CORVANE_API ASSession {
       : ASSession(std::map<std::string, std::string>(parameters), debugLevel, exitOnError) {}
   /// From a connection string "user:password@database/host:port", in full
   /// "user:password@database/sequence-host/host:port/control-port": in this order the database stands before the host.
-  /// A user name cannot hold a ":", a password no "@". Without a "/" behind the database no host and no port are set.
+  /// The parts are NOT ESCAPED: a user name cannot hold a ":", a password no "@". Without a "/" behind the database no
+  /// host and no port are set.
   ASSession(Str const& connectionString, int debugLevel, bool exitOnError);
   ASSession(ASSession const&) = delete;
   ASSession& operator=(ASSession const&) = delete;
@@ -93,9 +94,9 @@ class CORVANE_API ASSession {
   /// that is thrown as by Execute() and the connections are closed; the next Execute() meets a lost one.
   void Connect(bool exitOnError);
 
-  /// Runs a statement on the main connection and returns the number of affected rows (for a SELECT
-  /// 18446744073709551615). The result of a SELECT is left to FetchMultiple(); a statement before it has been taken
-  /// counts as a lost connection (error 2014).
+  /// Runs a statement, which is NOT ESCAPED, on the main connection and returns the number of affected rows (for a
+  /// SELECT 18446744073709551615). The result of a SELECT is left to FetchMultiple(); a statement before it has been
+  /// taken counts as a lost connection (error 2014).
   ///
   /// Throws "DB Error 1062 (...) in query\n\b\n" and the statement, numbered 102 (100 for server error 1217). A lost
   /// connection (2006, 2013, 2014) is reopened; then, with autocommit on, the statement is run again, as often as it
@@ -108,8 +109,9 @@ class CORVANE_API ASSession {
   /// statement with a NUL byte, which the client library would cut there, throws "Statement contains a NUL byte. " and
   /// is not sent.
   unsigned long Execute(Str const& statement);
-  /// Runs a statement on the sequence connection. Throws "Sequence connection is not established. " without one, and
-  /// as Execute() otherwise, without a number. A lost connection is always reopened and the statement run again.
+  /// Runs a statement, NOT ESCAPED, on the sequence connection. Throws "Sequence connection is not established. "
+  /// without one, and as Execute() otherwise, without a number. A lost connection is always reopened and the statement
+  /// run again.
   void ExecuteSeq(Str const& statement);
   /// The whole result of the last statement; the caller frees it with mysql_free_result.
   /// Throws "MySQL fetch error. " when there is none.

@@ -19,7 +19,7 @@ class ASSession;
 /// Used by one thread at a time, as its session is.
 class CORVANE_API ASSequence {
  public:
-  /// `name` is the table's, written into the statements as it stands: neither quoted nor escaped. Sends nothing. The
+  /// `name` is the table's, written into the statements as it stands: NOT QUOTED AND NOT ESCAPED. Sends nothing. The
   /// session is not owned and must outlive the sequence.
   ASSequence(ASSession* session, Str const& name);
 
