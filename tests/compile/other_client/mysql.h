@@ -26,11 +26,31 @@ typedef struct MYSQL_FIELD {
   enum_field_types type;
 } MYSQL_FIELD;
 
+enum mysql_option {
+  MYSQL_OPT_CONNECT_TIMEOUT,
+  MYSQL_SET_CHARSET_NAME,
+  MYSQL_OPT_READ_TIMEOUT,
+  MYSQL_OPT_WRITE_TIMEOUT,
+  MYSQL_OPT_SSL_KEY,
+  MYSQL_OPT_SSL_CERT,
+  MYSQL_OPT_SSL_CA,
+  MYSQL_OPT_SSL_MODE
+};
+enum mysql_ssl_mode {
+  SSL_MODE_DISABLED = 1,
+  SSL_MODE_PREFERRED,
+  SSL_MODE_REQUIRED,
+  SSL_MODE_VERIFY_CA,
+  SSL_MODE_VERIFY_IDENTITY
+};
+
 extern "C" {
 int mysql_server_init(int argc, char** argv, char** groups);
 MYSQL* mysql_init(MYSQL* mysql);
 MYSQL* mysql_real_connect(MYSQL* mysql, char const* host, char const* user, char const* password, char const* database,
                           unsigned port, char const* socket, unsigned long flags);
+int mysql_options(MYSQL* mysql, mysql_option option, void const* value);
+char const* mysql_get_ssl_cipher(MYSQL* mysql);
 void mysql_close(MYSQL* mysql);
 int mysql_query(MYSQL* mysql, char const* statement);
 MYSQL_RES* mysql_store_result(MYSQL* mysql);
