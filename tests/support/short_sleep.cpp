@@ -18,6 +18,6 @@ int Sleeps() { return sleeps; }
 
 extern "C" unsigned sleep(unsigned) {
   ++corvane::test::sleeps;
-  usleep(100);
+  usleep(2000);
   return 0;
 }
