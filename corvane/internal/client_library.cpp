@@ -10,7 +10,6 @@ namespace {
 
 constexpr unsigned kServerGone = 2006;         // CR_SERVER_GONE_ERROR
 constexpr unsigned kServerLost = 2013;         // CR_SERVER_LOST
-constexpr unsigned kCommandsOutOfSync = 2014;  // CR_COMMANDS_OUT_OF_SYNC
 
 // The flag's place differs: MYSQL::reconnect in MySQL's library, MYSQL::options.reconnect in MariaDB's. Where the one
 // is missing its overload drops out.
@@ -89,7 +88,7 @@ ClientError::ClientError(MYSQL* handle)
     : number(handle != nullptr ? mysql_errno(handle) : 0), text(handle != nullptr ? mysql_error(handle) : "") {}
 
 bool IsConnectionLost(unsigned number) {
-  return number == kServerGone || number == kServerLost || number == kCommandsOutOfSync;
+  return number == kServerGone || number == kServerLost || number == kClientOutOfSync;
 }
 
 }  // namespace corvane::internal

@@ -38,6 +38,9 @@ struct ClientError {
 /// Whether the number says that the connection is gone (2006, 2013) or out of step for good (2014).
 bool IsConnectionLost(unsigned number);
 
+/// Error 2014 of the client library: the statement was not sent, since an earlier one is not done with.
+constexpr unsigned kClientOutOfSync = 2014;
+
 /// Error 2026 of the client library: TLS could not be agreed upon.
 constexpr unsigned kClientTls = 2026;
 

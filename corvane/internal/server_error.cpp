@@ -52,6 +52,7 @@ constexpr Kind kKinds[] = {
     {1022, ErrorKind::kDuplicateKey},    // in the table of a foreign key, or while making an index
     {1048, ErrorKind::kConstraint},      // NOT NULL
     {1062, ErrorKind::kDuplicateKey},    //
+    {1153, ErrorKind::kRefused},         // too large, now and ever
     {1169, ErrorKind::kDuplicateKey},    // a unique constraint of some engines
     {1205, ErrorKind::kLockConflict},    // waited too long
     {1213, ErrorKind::kLockConflict},    // deadlock, or a conflict with another node of a cluster

@@ -303,13 +303,13 @@ void ASSession::OpenMain(bool exitOnError) {
   mainHandle_ = mysql_init(nullptr);
   if (mainHandle_ == nullptr) Log(debugLevel_, kLogFailures, "SESSION ", Address(), " mysql_init failed\n");
   auto const port = static_cast<unsigned>(ToInt(parameters_["Port"]));
-  bool const isOpen = OpenDatabase(mainHandle_, "Host", port);
-  if (isOpen) corvane::internal::ForbidReconnect(mainHandle_);
+  isOpen_ = OpenDatabase(mainHandle_, "Host", port);
+  if (isOpen_) corvane::internal::ForbidReconnect(mainHandle_);
   try {
-    if (!isOpen) throw ConnectFailure("mysql_real_connect failed", mainHandle_);
+    if (!isOpen_) throw ConnectFailure("mysql_real_connect failed", mainHandle_);
     CheckSafe(mainHandle_);
   } catch (AException const& failed) {
-    if (isOpen) CloseDatabase();
+    if (isOpen_) CloseDatabase();
     Log(debugLevel_, kLogFailures, failed.Message());
     sleep(1);
     if (exitOnError) std::exit(1);
@@ -415,6 +415,7 @@ bool ASSession::ConnectSequence() {
 }
 
 void ASSession::CloseDatabase() {
+  isOpen_ = false;
   mayBeUntaken_ = false;
   DropUntaken();
   if (sequenceHandle_ != nullptr) mysql_close(std::exchange(sequenceHandle_, nullptr));
@@ -448,7 +449,7 @@ bool ASSession::IsUnknown(Str const& statement, std::optional<unsigned> lostBy) 
 }
 
 // Runs the statement on the main connection. False when the connection was lost and is to be opened again; `lostBy` is
-// then given the error, unless there was no connection to be lost.
+// then given the error, unless there was no connection any more over which the statement could have been sent.
 bool ASSession::Send(Str const& statement, std::optional<unsigned>& lostBy) {
   LogStatement(debugLevel_, Address(), statement);
   if (Query(statement)) {
@@ -461,7 +462,8 @@ bool ASSession::Send(Str const& statement, std::optional<unsigned>& lostBy) {
   if (error.number != 0 && !IsConnectionLost(error.number)) throw Refused(CodeOf(error.number), mainHandle_, statement);
   LogLost(debugLevel_, error, statement);
   if (exitOnError_) std::exit(1);
-  if (mainHandle_ != nullptr) lostBy = error.number;
+  if (isOpen_) lostBy = error.number;
+  isOpen_ = isOpen_ && error.number == corvane::internal::kClientOutOfSync;
   if (ParameterIs("AutoReconnect", "off") || !MayReconnect()) {
     throw ConnectionLost(error.number);
   }

@@ -244,6 +244,7 @@ class CORVANE_API ASSession {
   bool mayBeUntaken_ = false;     // a result that the client library still holds
   MYSQL_RES* untaken_ = nullptr;  // the first of several; owned
   std::unique_ptr<corvane::internal::SessionOptions const> options_;
+  bool isOpen_ = false;         // whether a statement can be sent on the main connection, as far as is known
   unsigned reconnections_ = 0;  // for the statement that runs
 };
 

@@ -111,6 +111,22 @@ TEST_F(LostStatement, WithoutAConnectionNothingWasSent) {
   EXPECT_EQ(ExceptionOf(session, "INSERT INTO t VALUES (1)").Kind(), ErrorKind::kConnectionLost);
 }
 
+TEST_F(LostStatement, NothingIsSentOverAConnectionThatIsKnownToBeLost) {
+  ASSession& session = Ready({{"AutoCommit", "on"}, {"AutoReconnect", "off"}});
+  client.FailQuery(2013, "lost").Matching("INSERT");
+  EXPECT_EQ(ExceptionOf(session, "INSERT INTO t VALUES (1)").Kind(), ErrorKind::kOutcomeUnknown);
+  client.FailQuery(2006, "gone").Matching("INSERT");
+  EXPECT_EQ(ExceptionOf(session, "INSERT INTO t VALUES (2)").Kind(), ErrorKind::kConnectionLost);
+}
+
+TEST_F(LostStatement, NorOverOneThatCouldNotBeOpenedAgain) {
+  ASSession& session = Ready({{"AutoCommit", "on"}});
+  client.FailQuery(2013, "lost").Matching("INSERT");
+  client.FailConnect(2002, "away").Times(2);
+  EXPECT_EQ(ExceptionOf(session, "INSERT INTO t VALUES (1)").Kind(), ErrorKind::kOutcomeUnknown);
+  EXPECT_EQ(ExceptionOf(session, "INSERT INTO t VALUES (2)").Kind(), ErrorKind::kConnectionLost);
+}
+
 TEST_F(LostStatement, AFailedConnectTellsTheClientLibrarysError) {
   client.FailConnect(1045, "Access denied");
   AException const refused = ExceptionOf([&] { Construct(); });
@@ -307,6 +323,15 @@ TEST_F(RetryWritesOff, AStatementThatWasNeverSentIsSentOnceTheConnectionIsOpen) 
   session.Disconnect();
   session.Execute("INSERT INTO t VALUES (1)");
   EXPECT_EQ(CountOf("query INSERT INTO t VALUES (1)"), 1);
+}
+
+TEST_F(RetryWritesOff, SoIsOneThatMeetsAConnectionKnownToBeLost) {
+  ASSession& session = Careful();
+  client.FailQuery(2013, "lost").Matching("UPDATE");
+  client.FailConnect(2002, "away");
+  ExceptionOf(session, "UPDATE t SET a=1");
+  session.Execute("INSERT INTO t VALUES (1)");
+  EXPECT_EQ(CountOf("query INSERT INTO t VALUES (1)"), 2);
 }
 
 TEST_F(RetryWritesOff, ChangesNothingInTransactions) {

@@ -82,7 +82,7 @@ class Packet : public LiveTest {
     } catch (AException const& error) {
       bool const isSaid = error.ServerError() == 1153;
       EXPECT_EQ(error.Number(), isSaid ? 102 : lost.number);
-      EXPECT_EQ(error.Kind(), isSaid ? ErrorKind::kConnectionLost : whenLost);
+      EXPECT_EQ(error.Kind(), isSaid ? ErrorKind::kRefused : whenLost);
       std::string const begin =
           isSaid ? "DB Error 1153 (Got a packet bigger than 'max_allowed_packet' bytes) in query\n\b\n" : lost.message;
       EXPECT_EQ(std::string(error.what()).substr(0, begin.size()), begin);

@@ -37,13 +37,13 @@ TEST(ErrorKind, TellsWhatACallerCanDo) {
   for (int const number : {1048, 1216, 1217, 1451, 1452, 1557, 3819, 4025}) {
     EXPECT_EQ(KindOf(number), ErrorKind::kConstraint) << number;
   }
-  for (int const number : {1040, 1047, 1053, 1153, 1927, 2002, 2003, 2005, 2006, 2012, 2013, 2014, 2055, 4031}) {
+  for (int const number : {1040, 1047, 1053, 1152, 1927, 2002, 2003, 2005, 2006, 2012, 2013, 2014, 2055, 4031}) {
     EXPECT_EQ(KindOf(number), ErrorKind::kConnectionLost) << number;
   }
 }
 
 TEST(ErrorKind, OfAnyOtherServerErrorIsARefusal) {
-  for (int const number : {1, 1044, 1045, 1049, 1052, 1054, 1064, 1146, 1227, 1264, 1290, 1317, 1364, 1406, 2026}) {
+  for (int const number : {1, 1044, 1045, 1049, 1052, 1054, 1064, 1146, 1153, 1227, 1264, 1290, 1317, 1364, 1406, 2026}) {
     EXPECT_EQ(KindOf(number), ErrorKind::kRefused) << number;
   }
 }
