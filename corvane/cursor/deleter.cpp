@@ -35,6 +35,5 @@ Str ASDeleter::Query() const {
 }
 
 unsigned long ASDeleter::Execute(ASSession* session) const {
-  bool const hasCondition = Condition().length() > 0 && Project().JoinForDeleteQuery().length() > 0;
-  return corvane::internal::ExecuteBulk(session, this, *this, hasCondition, "There is no session for deleter. ");
+  return corvane::internal::ExecuteBulk(session, this, *this, Condition(), "There is no session for deleter. ");
 }

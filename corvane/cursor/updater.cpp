@@ -44,6 +44,5 @@ Str ASUpdater::Query() const {
 }
 
 unsigned long ASUpdater::Execute(ASSession* session) const {
-  bool const hasCondition = Condition().length() > 0;
-  return corvane::internal::ExecuteBulk(session, this, *this, hasCondition, "There is no session for updater. ");
+  return corvane::internal::ExecuteBulk(session, this, *this, Condition(), "There is no session for updater. ");
 }

@@ -8,8 +8,8 @@ namespace corvane::internal {
 
 namespace {
 
-constexpr unsigned kServerGone = 2006;         // CR_SERVER_GONE_ERROR
-constexpr unsigned kServerLost = 2013;         // CR_SERVER_LOST
+constexpr unsigned kServerGone = 2006;  // CR_SERVER_GONE_ERROR
+constexpr unsigned kServerLost = 2013;  // CR_SERVER_LOST
 
 // The flag's place differs: MYSQL::reconnect in MySQL's library, MYSQL::options.reconnect in MariaDB's. Where the one
 // is missing its overload drops out.
@@ -70,7 +70,9 @@ std::size_t Escape(char* to, char const* bytes, std::size_t length) {
 void ForbidReconnect(MYSQL* handle) { ClearReconnect(handle, 0); }
 
 void SetOptions(MYSQL* handle, SessionOptions const& options) {
-  SetSeconds(handle, MYSQL_OPT_CONNECT_TIMEOUT, options.connectTimeout);
+  // While it connects the client library minds this limit alone, for what it reads, too.
+  SetSeconds(handle, MYSQL_OPT_CONNECT_TIMEOUT,
+             options.connectTimeout > 0 ? options.connectTimeout : options.readTimeout);
   SetSeconds(handle, MYSQL_OPT_READ_TIMEOUT, options.readTimeout);
   SetSeconds(handle, MYSQL_OPT_WRITE_TIMEOUT, options.writeTimeout);
   SetText(handle, MYSQL_SET_CHARSET_NAME, options.charset);

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <list>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -16,6 +17,7 @@
 #include "corvane/internal/client_library.h"
 #include "corvane/internal/log.h"
 #include "corvane/internal/number_text.h"
+#include "corvane/internal/server_error.h"
 #include "corvane/session/internal/options.h"
 #include "corvane/session/internal/statement_kind.h"
 
@@ -36,6 +38,7 @@ constexpr char const* kIdentifierQuote = "`";
 constexpr std::size_t kWorkBufferSize = 133121;  // 2 * 66,560 + 1: an escaped literal of 65 KiB
 // Line feed, backspace, line feed: between an error and the statement it is about.
 constexpr char const* kStatementBreak = "\n\b\n";
+constexpr unsigned long kResult = static_cast<unsigned long>(-1);  // in place of affected rows
 constexpr char const* kLocalHost = "localhost";
 constexpr int kWaitReadable = 1;
 constexpr int kWaitStep = 1000;  // milliseconds
@@ -168,6 +171,12 @@ AException ConnectFailure(char const* what, MYSQL* handle) {
   return ConnectFailure(what, error.number, error.text);
 }
 
+// Whether connecting may succeed later. A server that goes away while TLS is agreed upon is no different from one with
+// a wrong certificate.
+bool MayComeBack(AException const& failed) {
+  return failed.Kind() == ErrorKind::kConnectionLost || failed.ServerError() == corvane::internal::kClientTls;
+}
+
 AException SequenceFailure(MYSQL* handle) { return ConnectFailure("mysql_real_connect failed for sequence", handle); }
 
 // Waits for the byte that a control connection answers with; 0 for as long as it takes.
@@ -279,7 +288,7 @@ void ASSession::Reopen() {
     try {
       return OpenMain(exitOnError_);
     } catch (AException const& error) {
-      if (!options_->retryLimit || error.Kind() != ErrorKind::kConnectionLost) throw;
+      if (!options_->retryLimit || !MayComeBack(error)) throw;
       if (!MayReconnect()) throw ConnectionLost(static_cast<unsigned>(error.ServerError()));
     }
   }
@@ -388,14 +397,20 @@ void ASSession::OpenControl() {
 
 void ASSession::OpenSequence() {
   if (ParameterIs("EmulateSequences", "no")) return;
-  if (!ConnectSequence()) Log(debugLevel_, kLogFailures, SequenceFailure(sequenceHandle_).Message());
+  try {
+    if (!ConnectSequence()) Log(debugLevel_, kLogFailures, SequenceFailure(sequenceHandle_).Message());
+  } catch (AException const& error) {
+    if (error.Kind() != ErrorKind::kConnectionLost) throw;
+    Log(debugLevel_, kLogFailures, error.Message());
+  }
   // Pinned: also after the failure; held by Connect.SequenceNoticeIsWrittenEvenAfterAFailure.
   Log(debugLevel_, kLogNotices, "Sequence connection established\n");
 }
 
 // Opens the sequence connection anew. A handle that could not be connected is kept: its next use tries again. Throws
-// what CheckSafe() throws.
+// what CheckSafe() throws, and keeps no handle where that is a refusal.
 bool ASSession::ConnectSequence() {
+  isSequenceOpen_ = false;
   if (sequenceHandle_ != nullptr) mysql_close(std::exchange(sequenceHandle_, nullptr));
   sequenceHandle_ = mysql_init(nullptr);
   if (sequenceHandle_ == nullptr) {
@@ -407,15 +422,17 @@ bool ASSession::ConnectSequence() {
   if (!OpenDatabase(sequenceHandle_, "SequenceHost", options_->sequencePort)) return false;
   try {
     CheckSafe(sequenceHandle_);
-  } catch (...) {
+  } catch (AException const& error) {
     mysql_close(std::exchange(sequenceHandle_, nullptr));
+    if (error.Kind() == ErrorKind::kConnectionLost) sequenceHandle_ = mysql_init(nullptr);
     throw;
   }
-  return true;
+  return isSequenceOpen_ = true;
 }
 
 void ASSession::CloseDatabase() {
   isOpen_ = false;
+  isSequenceOpen_ = false;
   mayBeUntaken_ = false;
   DropUntaken();
   if (sequenceHandle_ != nullptr) mysql_close(std::exchange(sequenceHandle_, nullptr));
@@ -435,7 +452,9 @@ unsigned long ASSession::Execute(Str const& statement) {
     }
   } catch (AException& error) {
     // Also when the connection could not be opened again, or the repetition was refused.
-    if (IsUnknown(statement, lostBy)) error.kind_ = ErrorKind::kOutcomeUnknown;
+    if (!IsUnknown(statement, lostBy)) throw;
+    if (!options_->retryWrites && ParameterIs("AutoCommit", "on")) throw OutcomeUnknown(*lostBy, statement);
+    error.kind_ = ErrorKind::kOutcomeUnknown;
     throw;
   }
   return rowsAffected_;
@@ -454,12 +473,13 @@ bool ASSession::Send(Str const& statement, std::optional<unsigned>& lostBy) {
   LogStatement(debugLevel_, Address(), statement);
   if (Query(statement)) {
     rowsAffected_ = static_cast<unsigned long>(mysql_affected_rows(mainHandle_));
+    if (rowsAffected_ == kResult) Remember(statement);
     Log(debugLevel_, kLogStatements, "EXECUTE COMPLETE\n");
     return true;
   }
   ClientError const error(mainHandle_);
   LogFailure(debugLevel_, Address(), error, statement);
-  if (error.number != 0 && !IsConnectionLost(error.number)) throw Refused(CodeOf(error.number), mainHandle_, statement);
+  if (error.number != 0 && !IsLost(error.number)) throw Refused(CodeOf(error.number), mainHandle_, statement);
   LogLost(debugLevel_, error, statement);
   if (exitOnError_) std::exit(1);
   if (isOpen_) lostBy = error.number;
@@ -488,7 +508,9 @@ void ASSession::AdmitUntakenOf(Str const& statement) {
   DropUntaken();
   ClientError const error(mainHandle_);
   LogFailure(debugLevel_, Address(), error, statement);
-  throw Refused(CodeOf(error.number), mainHandle_, statement);
+  AException refused = Refused(CodeOf(error.number), mainHandle_, statement);
+  refused.kind_ = KindOfFetch(error.number, statement);
+  throw AException(refused);
 }
 
 bool ASSession::HasError() const { return ClientError(mainHandle_).number != 0; }
@@ -511,23 +533,28 @@ void ASSession::CheckSequence(ASSession const* session) {
 }
 
 bool ASSession::ReopensForSeq(Str const& statement, bool repeatsWrites) {
+  bool isReopened = false;
   std::optional<unsigned> lostBy;
   auto const isUnknown = [&] { return lostBy && !corvane::internal::CannotChangeData(statement.View()); };
   try {
     while (true) {
       LogStatement(debugLevel_, Address(), statement);
       CheckSequence(this);
-      if (Run(sequenceHandle_, statement)) return lostBy.has_value();
+      if (Run(sequenceHandle_, statement)) return isReopened;
       ClientError const error(sequenceHandle_);
       LogFailure(debugLevel_, Address(), error, statement);
-      if (!IsConnectionLost(error.number)) throw Refused(0, sequenceHandle_, statement);
+      if (!IsLost(error.number)) throw Refused(0, sequenceHandle_, statement);
       LogLost(debugLevel_, error, statement);
-      lostBy = error.number;
-      ReopenSequence(*lostBy);
+      if (isSequenceOpen_) lostBy = error.number;
+      isReopened = true;
+      ReopenSequence(error.number);
       if (!repeatsWrites && isUnknown()) throw OutcomeUnknown(*lostBy, statement);
     }
   } catch (AException& error) {
-    if (isUnknown()) error.kind_ = ErrorKind::kOutcomeUnknown;  // as in Execute()
+    // As in Execute().
+    if (!isUnknown()) throw;
+    if (!repeatsWrites) throw OutcomeUnknown(*lostBy, statement);
+    error.kind_ = ErrorKind::kOutcomeUnknown;
     throw;
   }
 }
@@ -537,20 +564,41 @@ void ASSession::ReopenSequence(unsigned lostBy) {
     if (!MayReconnect()) throw ConnectionLost(lostBy);
     CountReconnection();
     Log(debugLevel_, kLogFailures, "Trying to reconnect...\n");
-    if (ConnectSequence()) return;
-    if (sequenceHandle_ == nullptr) {
+    try {
+      if (ConnectSequence()) return;
+      if (sequenceHandle_ == nullptr) throw AException("mysql_init failed for sequence. ");
+      throw SequenceFailure(sequenceHandle_);
+    } catch (AException const& failed) {
+      if (sequenceHandle_ != nullptr) Log(debugLevel_, kLogFailures, failed.Message());
       if (exitOnError_) std::exit(1);
-      throw AException("mysql_init failed for sequence. ");
+      if (!options_->retryLimit || !MayComeBack(failed)) throw;
     }
-    AException const failed = SequenceFailure(sequenceHandle_);
-    Log(debugLevel_, kLogFailures, failed.Message());
-    if (exitOnError_) std::exit(1);
-    if (!options_->retryLimit || failed.Kind() != ErrorKind::kConnectionLost) throw AException(failed);
   }
 }
 
-AException ASSession::FetchError() const {
-  return AException(0, "MySQL fetch error. ", static_cast<int>(ClientError(mainHandle_).number));
+AException ASSession::FetchError() {
+  unsigned const number = ClientError(mainHandle_).number;
+  return AException(0, "MySQL fetch error. ", static_cast<int>(number), KindOfFetch(number, resultOf_));
+}
+
+// The statement has run: without memory it is taken for one that may change data.
+void ASSession::Remember(Str const& statement) noexcept {
+  try {
+    resultOf_ = statement;
+  } catch (std::bad_alloc const&) {
+    resultOf_ = Str();
+  }
+}
+
+// Of an error that came with the result of a statement. What the statement changes it may have changed by then.
+ErrorKind ASSession::KindOfFetch(unsigned number, Str const& statement) {
+  if (!IsLost(number)) return corvane::internal::KindOf(static_cast<int>(number));
+  return IsUnknown(statement, number) ? ErrorKind::kOutcomeUnknown : ErrorKind::kConnectionLost;
+}
+
+// With TLS, whatever happens to the connection is an error of TLS to the client library.
+bool ASSession::IsLost(unsigned number) const {
+  return IsConnectionLost(number) || (number == corvane::internal::kClientTls && options_->sslMode != SslMode::kUnset);
 }
 
 bool ASSession::IsSafeMode() const { return options_->safeMode; }
@@ -582,7 +630,7 @@ void ASSession::Rollback() {
   ClientError const error(mainHandle_);
   Str during;
   during << error.number << " (" << error.text << ") during ROLLBACK";
-  if (!IsConnectionLost(error.number)) {
+  if (!IsLost(error.number)) {
     Log(debugLevel_, kLogFailures, "SESSION ", Address(), "  Error ", during, "\n");
     return;
   }

@@ -201,7 +201,10 @@ class CORVANE_API ASSession {
   MYSQL_RES* FetchUnstored();
   bool HasError() const;
   // "MySQL fetch error. " with what the main connection says of it.
-  AException FetchError() const;
+  AException FetchError();
+  corvane::ErrorKind KindOfFetch(unsigned number, Str const& statement);
+  void Remember(Str const& statement) noexcept;
+  bool IsLost(unsigned number) const;
   bool Query(Str const& statement);
   void Start();
   void OpenControl();
@@ -244,8 +247,10 @@ class CORVANE_API ASSession {
   bool mayBeUntaken_ = false;     // a result that the client library still holds
   MYSQL_RES* untaken_ = nullptr;  // the first of several; owned
   std::unique_ptr<corvane::internal::SessionOptions const> options_;
-  bool isOpen_ = false;         // whether a statement can be sent on the main connection, as far as is known
-  unsigned reconnections_ = 0;  // for the statement that runs
+  bool isOpen_ = false;          // whether a statement can be sent on the main connection, as far as is known
+  bool isSequenceOpen_ = false;  // likewise on the sequence connection
+  Str resultOf_;                 // the last statement with a result
+  unsigned reconnections_ = 0;   // for the statement that runs
 };
 
 #endif

@@ -101,6 +101,8 @@ TcpSocket::TcpSocket(Str const& host, int port, unsigned seconds) : handle_(-1) 
   Throw(what, ErrorText(error));
 }
 
+TcpSocket::TcpSocket(Str const& host, int port) : TcpSocket(host, port, 0) {}
+
 TcpSocket::~TcpSocket() { close(handle_); }
 
 int TcpSocket::Read(void* to, int length) {

@@ -25,9 +25,10 @@ class CORVANE_API Exception : public std::exception {
 class CORVANE_API TcpSocket {
  public:
   /// Connects to the first address of `host` that answers (the loopback address for an empty host).
-  /// Throws Exception when there is none. An attempt may take `seconds`, at 0 as long as the system lets it last;
-  /// looking the name up is not counted.
-  TcpSocket(Str const& host, int port, unsigned seconds = 0);
+  /// Throws Exception when there is none. An attempt may take `seconds`, at 0 and without as long as the system
+  /// lets it last; looking the name up is not counted.
+  TcpSocket(Str const& host, int port, unsigned seconds);
+  TcpSocket(Str const& host, int port);
   TcpSocket(TcpSocket const&) = delete;
   TcpSocket& operator=(TcpSocket const&) = delete;
   ~TcpSocket();

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -32,6 +33,13 @@ class LostStatement : public ScriptedSession {
   }
   AException ExceptionOf(ASSession& session, char const* statement) {
     return ExceptionOf([&] { session.Execute(statement); });
+  }
+  /// What is thrown when the connection is lost while the statement's result is fetched.
+  AException LostInTheResultOf(ASSession& session, char const* statement) {
+    client.AnswerQuery(1, {{"1"}}).AffectedRows(static_cast<std::uint64_t>(-1));
+    client.FailStoreResult(2013, "lost");
+    session.Execute(statement);
+    return ExceptionOf([&] { session.FetchMultiple(); });
   }
   std::ptrdiff_t CountOf(std::string const& call) {
     auto const calls = client.Calls();
@@ -147,13 +155,36 @@ TEST_F(LostStatement, ALostRollbackIsALostConnection) {
 
 TEST_F(LostStatement, AResultThatCannotBeFetchedTellsWhy) {
   ASSession& session = Ready();
-  client.AnswerQuery(1, {{"1"}});
-  client.FailStoreResult(2013, "lost");
-  session.Execute("SELECT 1");
-  AException const error = ExceptionOf([&] { session.FetchMultiple(); });
+  AException const error = LostInTheResultOf(session, "SELECT 1");
   EXPECT_STREQ(error.what(), "MySQL fetch error. ");
   EXPECT_EQ(error.ServerError(), 2013);
   EXPECT_EQ(error.Kind(), ErrorKind::kConnectionLost);
+}
+
+TEST_F(LostStatement, WhatAStatementWithAResultChangesItMayHaveChanged) {
+  ASSession& session = Ready({{"AutoCommit", "on"}});
+  EXPECT_EQ(LostInTheResultOf(session, "INSERT INTO t VALUES (1) RETURNING id").Kind(), ErrorKind::kOutcomeUnknown);
+  EXPECT_EQ(LostInTheResultOf(session, "SELECT f(1)").Kind(), ErrorKind::kOutcomeUnknown);
+  EXPECT_EQ(LostInTheResultOf(session, "SELECT a FROM t").Kind(), ErrorKind::kConnectionLost);
+}
+
+// To the client library everything that happens to an encrypted connection is an error of TLS.
+TEST_F(LostStatement, WithTlsItsErrorIsALoss) {
+  client.SetEncrypted(true);
+  ASSession& session = Ready({{"AutoCommit", "on"}, {"SslMode", "required"}, {"RetryWrites", "off"}});
+  client.FailQuery(2026, "eof").Matching("SELECT 1");
+  session.Execute("SELECT 1");
+  EXPECT_EQ(CountOf("query SELECT 1"), 2);
+  client.FailQuery(2026, "eof").Matching("INSERT");
+  EXPECT_EQ(ExceptionOf(session, "INSERT INTO t VALUES (1)").Number(), kErrOutcomeUnknown);
+  client.FailQuery(2026, "eof").Matching("ROLLBACK");
+  EXPECT_STREQ(ExceptionOf([&] { session.Rollback(); }).what(), "DB fatal error 2026 (eof) during ROLLBACK. ");
+}
+
+TEST_F(LostStatement, WithoutTlsItIsARefusalLikeAnyOther) {
+  ASSession& session = Ready({{"AutoCommit", "on"}});
+  client.FailQuery(2026, "eof");
+  EXPECT_EQ(ExceptionOf(session, "SELECT 1").Kind(), ErrorKind::kRefused);
 }
 
 using RetryLimit = LostStatement;
@@ -209,6 +240,14 @@ TEST_F(RetryLimit, GivesUpOnAServerThatStaysAway) {
   AException const error = ExceptionOf(session, "SELECT 1");
   EXPECT_EQ(error.Number(), kErrConnectionLost);
   EXPECT_EQ(error.ServerError(), 2002);
+  EXPECT_EQ(CountOf("init"), 2);
+}
+
+TEST_F(RetryLimit, TriesAgainWhereTlsCouldNotBeAgreedUpon) {
+  ASSession& session = Ready({{"AutoCommit", "on"}, {"RetryLimit", "2"}});
+  client.FailQuery(2013, "lost").Matching("SELECT 1");
+  client.FailConnect(2026, "unexpected eof");
+  session.Execute("SELECT 1");
   EXPECT_EQ(CountOf("init"), 2);
 }
 
@@ -296,6 +335,18 @@ TEST_F(RetryWritesOff, AWriteIsNotRepeatedAndItsOutcomeUnknown) {
   EXPECT_EQ(error.ServerError(), 2013);
   EXPECT_EQ(error.Kind(), ErrorKind::kOutcomeUnknown);
   EXPECT_EQ(CountOf("query INSERT INTO t VALUES (1)"), 1);
+}
+
+TEST_F(RetryWritesOff, TheNumberIsTheSameWhateverElseFails) {
+  ASSession& session = Careful({{"RetryLimit", "1"}});
+  client.FailQuery(2013, "lost").Matching("INSERT");
+  client.FailConnect(2002, "away");
+  AException const away = ExceptionOf(session, "INSERT INTO t VALUES (1)");
+  EXPECT_EQ(away.Number(), kErrOutcomeUnknown);
+  EXPECT_EQ(away.ServerError(), 2013);
+  ASSession& other = Careful({{"AutoReconnect", "off"}});
+  client.FailQuery(2013, "lost").Matching("INSERT");
+  EXPECT_EQ(ExceptionOf(other, "INSERT INTO t VALUES (1)").Number(), kErrOutcomeUnknown);
 }
 
 TEST_F(RetryWritesOff, TheConnectionIsOpenAgainAfterwards) {

@@ -56,6 +56,13 @@ TEST_F(SessionOptions, TimeoutsAreSetOnBothConnections) {
                   "2 option read_timeout 30", "2 option write_timeout 20", "2 connect '' '' '' '' 0"));
 }
 
+// Otherwise a server that accepts the connection and says nothing would be waited for without end.
+TEST_F(SessionOptions, ReadTimeoutHoldsWhileConnectingToo) {
+  EXPECT_THAT(CallsOf({{"ReadTimeout", "7"}}), Contains("option connect_timeout 7"));
+  client.ForgetCalls();
+  EXPECT_THAT(CallsOf({{"ReadTimeout", "7"}, {"ConnectTimeout", "3"}}), Contains("option connect_timeout 3"));
+}
+
 TEST_F(SessionOptions, ATimeoutOfZeroIsNoLimit) {
   EXPECT_THAT(CallsOf({{"ConnectTimeout", "0"}, {"ReadTimeout", "0"}, {"WriteTimeout", "0"}, {"ControlTimeout", "0"}}),
               ElementsAre("init", "connect '' '' '' '' 0", "query SET AUTOCOMMIT=0"));
@@ -65,8 +72,9 @@ TEST_F(SessionOptions, TheyAreSetAgainOnAReconnection) {
   ASSession& session = Ready({{"ReadTimeout", "7"}, {"AutoCommit", "on"}});
   client.FailQuery(2013, "lost").Matching("SELECT 1");
   session.Execute("SELECT 1");
-  EXPECT_THAT(client.Calls(), ElementsAre("query SELECT 1", "close", "init", "option read_timeout 7",
-                                          "connect '' '' '' '' 0", "query SET AUTOCOMMIT=1", "query SELECT 1"));
+  EXPECT_THAT(client.Calls(),
+              ElementsAre("query SELECT 1", "close", "init", "option connect_timeout 7", "option read_timeout 7",
+                          "connect '' '' '' '' 0", "query SET AUTOCOMMIT=1", "query SELECT 1"));
 }
 
 TEST_F(SessionOptions, CharsetIsGivenToTheClientLibraryInLowerCase) {
@@ -430,6 +438,45 @@ TEST_F(SafeMode, DeleterRefusesAConditionThatNamesNoRecord) {
   deleter.Where(!(t.valueColumn == 3));
   EXPECT_EQ(ThrownBy([&] { deleter.Execute(&session); }), kWithoutCondition);
   EXPECT_THAT(client.Calls(), ElementsAre());
+}
+
+// What an application's class makes of itself.
+struct Careless : ASDeleter {
+  using ASDeleter::ASDeleter;
+  Str Query() const override { return text; }
+  Str& Condition() { return ConditionForUpdate(); }
+  Str text = "DELETE FROM t";
+};
+
+TEST_F(SafeMode, RefusesAStatementThatDoesNotContainItsCondition) {
+  ASSession& session = Safe();
+  Keyed t;
+  Careless deleter(t);
+  deleter.Where(t.idColumn == 1);
+  EXPECT_EQ(ThrownBy([&] { deleter.Execute(&session); }), kWithoutCondition);
+  EXPECT_THAT(client.Calls(), ElementsAre());
+}
+
+TEST_F(SafeMode, RefusesConditionsThatSayNothing) {
+  ASSession& session = Safe();
+  Keyed t;
+  for (char const* const condition : {" ", " ORDER BY v", " START WITH v=1", " WHERE ", " WHERE \t", " WHERE -- x",
+                                      " WHERE # x", " WHERE /* x */", "WHERE v=1"}) {
+    Careless deleter(t);
+    deleter.Condition() << condition;
+    deleter.text << condition;
+    EXPECT_EQ(ThrownBy([&] { deleter.Execute(&session); }), kWithoutCondition) << condition;
+  }
+  EXPECT_THAT(client.Calls(), ElementsAre());
+}
+
+TEST_F(SafeMode, ASequenceConnectionLostWhileItIsLookedAtIsTriedAgain) {
+  Answer("", "utf8mb4");
+  client.FailQuery(2013, "lost").Matching(kQuery).After(1);
+  ASSession& session = Ready({{"SafeMode", "on"}, {"EmulateSequences", "yes"}});
+  Answer("", "utf8mb4");
+  session.ExecuteSeq("SELECT 1");
+  EXPECT_THAT(client.CallsByHandle(), Contains("4 query SELECT 1")) << "not on the connection that was not looked at";
 }
 
 TEST_F(SafeMode, DeleterWithAConditionRuns) {

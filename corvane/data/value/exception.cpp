@@ -10,7 +10,7 @@ AException::AException(int number, char const* message, int serverError)
     : AException(number, message, serverError, corvane::internal::KindOf(serverError)) {}
 
 AException::AException(int number, char const* message, int serverError, corvane::ErrorKind kind)
-    : number_(number), serverError_(serverError), kind_(kind), message_(message) {}
+    : number_(number), message_(message), serverError_(serverError), kind_(kind) {}
 
 AException::AException(AException const& other) = default;
 AException& AException::operator=(AException const& other) = default;

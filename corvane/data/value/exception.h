@@ -72,9 +72,9 @@ class CORVANE_API AException : public std::exception {
   friend class ASSession;  // tells the kind when the whole story of a statement is known
 
   int number_;
+  Str message_;
   int serverError_;
   corvane::ErrorKind kind_;
-  Str message_;
 };
 
 #endif

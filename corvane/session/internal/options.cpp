@@ -1,10 +1,10 @@
 #include "corvane/session/internal/options.h"
 
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <iterator>
 
@@ -38,8 +38,11 @@ std::string const* Find(Parameters const& parameters, char const* key) {
   return found != parameters.end() ? &found->second : nullptr;
 }
 
+// Whatever the locale.
 std::string Lower(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
   return text;
 }
 
@@ -106,7 +109,9 @@ std::string SslFile(Parameters const& parameters, char const* key, SslMode mode)
   if (text == nullptr) return {};
   // Without a mode it would be a guess how much of a check is meant.
   if (mode == SslMode::kUnset) Refuse(key, *text, "it needs an SslMode beside it");
-  if (text->find('\0') != std::string::npos || access(text->c_str(), R_OK) != 0) {
+  struct stat file = {};
+  bool const isFile = text->find('\0') == std::string::npos && stat(text->c_str(), &file) == 0 && S_ISREG(file.st_mode);
+  if (!isFile || access(text->c_str(), R_OK) != 0) {
     Refuse(key, *text, "no file that can be read");
   }
   return *text;

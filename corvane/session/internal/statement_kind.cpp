@@ -1,7 +1,6 @@
 #include "corvane/session/internal/statement_kind.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <iterator>
 #include <string>
@@ -10,18 +9,19 @@ namespace corvane::internal {
 
 namespace {
 
-bool IsWordByte(char c) {
-  auto const byte = static_cast<unsigned char>(c);
-  return std::isalnum(byte) != 0 || c == '_' || c == '$' || byte >= 0x80;
-}
+// The locale must have no say in this.
+bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+char Capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
-bool IsBlank(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
+bool IsWordByte(char c) { return IsLetter(c) || (c >= '0' && c <= '9') || c == '_' || c == '$'; }
+
+bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // Cuts the word off the beginning, in capitals; empty when there is none.
 std::string CutWord(std::string_view& text) {
   std::string word;
   while (!text.empty() && IsWordByte(text.front())) {
-    word += static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+    word += Capital(text.front());
     text.remove_prefix(1);
   }
   return word;
@@ -44,18 +44,18 @@ constexpr std::string_view kReaders[] = {"DESC", "DESCRIBE", "EXPLAIN", "SELECT"
 
 constexpr std::string_view kWriters[] = {"DELETE", "DO", "INSERT", "REPLACE", "ROLLBACK", "SAVEPOINT", "UPDATE"};
 
-// EXPLAIN ANALYZE runs its statement; NEXT VALUE FOR counts a sequence up.
-constexpr std::string_view kChanging[] = {"ANALYZE", "INTO", "NEXT"};
+// EXPLAIN ANALYZE runs its statement; the others write into a file or variables, or count a sequence up.
+constexpr std::string_view kChanging[] = {"ANALYZE", "INTO", "NEXT", "NEXTVAL"};
 
-// Words that may stand before a "(" and are no function.
+// Words that may stand before a "(" and are no function on any server: those of set operations are on some.
 constexpr std::string_view kKeywords[] = {
-    "ALL",   "AND",       "ANY",      "AS",     "BETWEEN", "BINARY",    "BY",     "CASE",   "DISTINCT",
-    "DIV",   "ELSE",      "EXCEPT",   "EXISTS", "FORCE",   "FROM",      "HAVING", "IGNORE", "IN",
-    "INDEX", "INTERSECT", "INTERVAL", "IS",     "JOIN",    "KEY",       "LIKE",   "LIMIT",  "MINUS",
-    "NOT",   "OFFSET",    "ON",       "OR",     "OVER",    "PARTITION", "REGEXP", "RLIKE",  "SELECT",
-    "SOME",  "THEN",      "UNION",    "USE",    "USING",   "WHEN",      "WHERE",  "WITH",   "XOR"};
+    "ALL",    "AND",   "ANY",  "AS",     "BETWEEN", "BINARY", "BY",        "CASE",     "DISTINCT", "DIV",    "ELSE",
+    "EXISTS", "FORCE", "FROM", "HAVING", "IGNORE",  "IN",     "INDEX",     "INTERVAL", "IS",       "JOIN",   "KEY",
+    "LIKE",   "LIMIT", "NOT",  "OFFSET", "ON",      "OR",     "PARTITION", "REGEXP",   "RLIKE",    "SELECT", "SOME",
+    "THEN",   "UNION", "USE",  "USING",  "WHEN",    "WHERE",  "WITH",      "XOR"};
 
 // Functions and types that read nothing but their arguments, the clock and what does not change with the connection.
+// Only with the "(" right behind: a stored function of the same name is called with a blank between them.
 constexpr std::string_view kFunctions[] = {"ABS",
                                            "ASCII",
                                            "AVG",
@@ -188,20 +188,29 @@ bool CannotChangeData(std::string_view statement) {
     } else if (IsWordByte(c)) {
       std::string const word = CutWord(rest);
       if (Contains(kChanging, word)) return false;
-      isName = isQualified || !(Contains(kKeywords, word) || Contains(kFunctions, word));
+      bool const isFunction = BeginsWith(rest, "(") && Contains(kFunctions, word);
+      isName = isQualified || !(Contains(kKeywords, word) || isFunction);
       isQualified = false;
     } else if (c == '\'' || c == '"' || c == '`') {
+      std::string_view const quoted = rest;
       CutQuoted(rest);
+      // Between double quotes it depends on the SQL mode what a backslash is.
+      std::string_view const text = quoted.substr(0, quoted.size() - rest.size());
+      if (c == '"' && text.find('\\') != std::string_view::npos) return false;
       isName = c != '\'';
       isQualified = false;
     } else if (BeginsWith(rest, "/*+")) {  // hints of a query
-      rest.remove_prefix(std::min(rest.find("*/"), rest.size()));
+      std::size_t const end = rest.find("*/");
+      if (end == std::string_view::npos) return false;
+      rest.remove_prefix(end + 2);
     } else {
+      // In some character sets a byte of the upper half is a blank.
+      bool const isForeign = static_cast<unsigned char>(c) >= 0x80;
       bool const isComment = c == '#' || BeginsWith(rest, "--") || BeginsWith(rest, "/*");
       bool const isCall = c == '(' && isName;
       bool const isVariable = c == '@' || BeginsWith(rest, ":=");
       bool const isNextStatement = c == ';';
-      if (isComment || isCall || isVariable || isNextStatement) return false;
+      if (isForeign || isComment || isCall || isVariable || isNextStatement) return false;
       isName = false;
       isQualified = c == '.';
       rest.remove_prefix(1);
@@ -212,7 +221,15 @@ bool CannotChangeData(std::string_view statement) {
 
 bool CannotCommit(std::string_view statement) {
   std::string const verb = Verb(statement);
-  return Contains(kReaders, verb) || Contains(kWriters, verb);
+  if (Contains(kWriters, verb)) return true;
+  if (!Contains(kReaders, verb)) return false;
+  // What goes into a file, and the numbers of a sequence, no rollback takes back. Quoted words are counted, too.
+  for (std::string_view rest = statement; !rest.empty();) {
+    std::string const word = CutWord(rest);
+    if (Contains(kChanging, word)) return false;
+    if (word.empty()) rest.remove_prefix(1);
+  }
+  return true;
 }
 
 }  // namespace corvane::internal
