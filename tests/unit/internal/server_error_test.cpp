@@ -43,7 +43,8 @@ TEST(ErrorKind, TellsWhatACallerCanDo) {
 }
 
 TEST(ErrorKind, OfAnyOtherServerErrorIsARefusal) {
-  for (int const number : {1, 1044, 1045, 1049, 1052, 1054, 1064, 1146, 1153, 1227, 1264, 1290, 1317, 1364, 1406, 2026}) {
+  for (int const number :
+       {1, 1044, 1045, 1049, 1052, 1054, 1064, 1146, 1153, 1227, 1264, 1290, 1317, 1364, 1406, 2026}) {
     EXPECT_EQ(KindOf(number), ErrorKind::kRefused) << number;
   }
 }
