@@ -323,6 +323,9 @@ void ASSession::OpenMain(bool exitOnError) {
     sleep(1);
     if (exitOnError) std::exit(1);
     throw;
+  } catch (...) {
+    CloseDatabase();  // what could not be looked at is not used
+    throw;
   }
 }
 
@@ -426,6 +429,9 @@ bool ASSession::ConnectSequence() {
     mysql_close(std::exchange(sequenceHandle_, nullptr));
     if (error.Kind() == ErrorKind::kConnectionLost) sequenceHandle_ = mysql_init(nullptr);
     throw;
+  } catch (...) {
+    mysql_close(std::exchange(sequenceHandle_, nullptr));
+    throw;
   }
   return isSequenceOpen_ = true;
 }
@@ -484,9 +490,7 @@ bool ASSession::Send(Str const& statement, std::optional<unsigned>& lostBy) {
   if (exitOnError_) std::exit(1);
   if (isOpen_) lostBy = error.number;
   isOpen_ = isOpen_ && error.number == corvane::internal::kClientOutOfSync;
-  if (ParameterIs("AutoReconnect", "off") || !MayReconnect()) {
-    throw ConnectionLost(error.number);
-  }
+  if (ParameterIs("AutoReconnect", "off") || !MayReconnect()) throw ConnectionLost(error.number);
   Log(debugLevel_, kLogFailures, "Reconnecting.\n");
   return false;
 }
