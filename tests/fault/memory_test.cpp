@@ -7,6 +7,7 @@
 
 #include "tests/support/failing_allocation.h"
 #include "tests/support/scripted_cursor.h"
+#include "tests/support/scripted_session.h"
 
 namespace corvane::test {
 namespace {
@@ -75,6 +76,31 @@ TEST_F(Memory, ARowBufferThatGetsNoPagesIsReportedAndStays) {
   EXPECT_EQ(buffer.Capacity(), before);
   buffer.Get(kLarge);
   EXPECT_EQ(buffer.Capacity(), kLarge);
+}
+
+using SafeModeWithoutMemory = ScriptedSession;
+
+TEST_F(SafeModeWithoutMemory, KeepsNoConnectionThatItHadNoMemoryToLookAt) {
+  bool hasFailed = true;
+  for (unsigned allocations = 0; hasFailed; ++allocations) {
+    client.AnswerQuery(2, {{"", "utf8mb4"}}).Matching("sql_mode");
+    ASSession& session = Ready({{"SafeMode", "on"}});
+    client.AnswerQuery(2, {{"", "utf8mb4"}}).Matching("sql_mode");
+    bool isThrown = false;
+    {
+      FailingAllocation const failing(allocations);
+      try {
+        session.Connect(false);
+      } catch (std::bad_alloc const&) {
+        isThrown = true;
+      }
+      hasFailed = failing.Failed();
+    }
+    bool const isOldOne = client.Calls().empty();
+    EXPECT_EQ(client.OpenHandles(), isThrown && !isOldOne ? 0U : 1U) << allocations;
+    Destroy();
+    client.Reset();
+  }
 }
 
 }  // namespace

@@ -9,14 +9,12 @@
 
 #include <chrono>
 #include <memory>
-#include <new>
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "corvane/corvane.h"
-#include "tests/support/failing_allocation.h"
 #include "tests/support/scripted_session.h"
 
 namespace corvane::test {
@@ -375,28 +373,6 @@ TEST_F(SafeMode, LooksAgainAfterAReconnectionAndUsesNoUnsafeConnection) {
   EXPECT_EQ(ThrownBy([&] { session.Execute("DELETE FROM t"); }),
             (Thrown{0, "SafeMode refuses the sql_mode NO_BACKSLASH_ESCAPES. "}));
   EXPECT_EQ(client.OpenHandles(), 0U);
-}
-
-TEST_F(SafeMode, KeepsNoConnectionThatItHadNoMemoryToLookAt) {
-  bool hasFailed = true;
-  for (unsigned allocations = 0; hasFailed; ++allocations) {
-    ASSession& session = Safe();
-    Answer("", "utf8mb4");
-    bool isThrown = false;
-    {
-      FailingAllocation const failing(allocations);
-      try {
-        session.Connect(false);
-      } catch (std::bad_alloc const&) {
-        isThrown = true;
-      }
-      hasFailed = failing.Failed();
-    }
-    bool const isOldOne = client.Calls().empty();
-    EXPECT_EQ(client.OpenHandles(), isThrown && !isOldOne ? 0U : 1U) << allocations;
-    Destroy();
-    client.Reset();
-  }
 }
 
 TEST_F(SafeMode, LooksAtTheSequenceConnectionToo) {

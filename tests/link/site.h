@@ -48,6 +48,7 @@ class Site {
  private:
   void Restore();
   bool ConnectionsEnd();
+  bool Dropped();
   static bool Recovers(ASSession& session, Mode mode);
 
   std::string schema_;
