@@ -24,7 +24,9 @@ using corvane::internal::StatementRecord;
 namespace {
 
 constexpr char kOrderBy[] = " ORDER BY ";
-constexpr std::size_t kOrderRoom = sizeof kOrderBy;
+constexpr char kLimit[] = " LIMIT ";
+constexpr char kOffset[] = " OFFSET ";
+constexpr std::size_t kEndRoom = sizeof kOrderBy + sizeof kLimit + sizeof kOffset + 2 * corvane::internal::kNumberRoom;
 
 void CheckSession(ASSession const* session) {
   if (session == nullptr) throw AException("There is no session for cursor. ");
@@ -51,11 +53,9 @@ ASCursor::~ASCursor() {
 }
 
 ASCursor& ASCursor::Limit(unsigned count, unsigned offset) {
-  Str limit;
-  limit.Reserve(sizeof " LIMIT  OFFSET " + 2 * corvane::internal::kNumberRoom);
-  limit << " LIMIT " << count;
-  if (offset != 0) limit << " OFFSET " << offset;
-  limit_ = std::move(limit);
+  limited_ = true;
+  limit_ = count;
+  offset_ = offset;
   return *this;
 }
 
@@ -90,10 +90,11 @@ void ASCursor::SetKeywords(ASFilter const& filter) const {
 Str ASCursor::Query() const {
   if (raw_.length() > 0) return raw_;
   SetKeywords(*this);
-  Str text = Rendered(setOperations_.View().size() + order_.View().size() + limit_.View().size() + kOrderRoom);
+  Str text = Rendered(setOperations_.View().size() + order_.View().size() + kEndRoom);
   text << setOperations_;
   if (order_.length() > 0) text << kOrderBy << order_;
-  text << limit_;
+  if (limited_) text << kLimit << limit_;
+  if (limited_ && offset_ != 0) text << kOffset << offset_;
   return text;
 }
 

@@ -158,11 +158,13 @@ class CORVANE_API ASCursor : public virtual ASFilter {
   Str setOperations_;
   Str order_;
   Str raw_;
-  Str limit_;
   ASSession* session_;  // not owned
   std::unique_ptr<corvane::internal::ResultRows> rows_;
   std::unique_ptr<corvane::internal::StatementRecord> statement_;
   RawState rawState_ = RawState::kReady;
+  bool limited_ = false;
+  unsigned limit_ = 0;  // rows
+  unsigned offset_ = 0;
 };
 
 #endif

@@ -229,7 +229,7 @@ Str ASDomain::Alias() const {
 
 Str ASDomain::Query(Str const& prefix, Str const& suffix) const {
   Str text;
-  AppendQuery(text, prefix, suffix);
+  AppendQuery(text, prefix.View(), suffix.View());
   return text;
 }
 
@@ -243,13 +243,14 @@ ASDomain::AliasText::AliasText(ASDomain const* record) {
   length = static_cast<unsigned char>(1 + digits);
 }
 
-void ASDomain::AppendQuery(Str& out, Str const& prefix, Str const& suffix) const {
-  out << prefix;
+void ASDomain::AppendQuery(Str& out, std::string_view prefix, std::string_view suffix) const {
+  out.Append(prefix.data(), prefix.size());
   std::string_view rest = name_.View();
   for (std::size_t dot; (dot = rest.find('.')) != std::string_view::npos; rest.remove_prefix(dot + 1)) {
-    out.Append(rest.data(), dot) << prefix << '.' << suffix;
+    out.Append(rest.data(), dot).Append(prefix.data(), prefix.size()) << '.';
+    out.Append(suffix.data(), suffix.size());
   }
-  out.Append(rest.data(), rest.size()) << suffix << ' ';
+  out.Append(rest.data(), rest.size()).Append(suffix.data(), suffix.size()) << ' ';
   AppendAlias(out);
 }
 

@@ -56,7 +56,7 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   Str Query(Str const& prefix, Str const& suffix) const;
   /// Alias() and Query() without a text of their own, NOT ESCAPED.
   void AppendAlias(Str& out) const { out.Append(alias_.text, alias_.length); }
-  void AppendQuery(Str& out, Str const& prefix, Str const& suffix) const;
+  void AppendQuery(Str& out, std::string_view prefix, std::string_view suffix) const;
 
   /// Sets every value NULL.
   void SetNull();

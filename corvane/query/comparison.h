@@ -1,8 +1,12 @@
 #ifndef CORVANE_QUERY_COMPARISON_H
 #define CORVANE_QUERY_COMPARISON_H
 
+#include <array>
+#include <atomic>
+#include <cstddef>
 #include <list>
 #include <utility>
+#include <vector>
 
 #include "corvane/data/value/str.h"
 
@@ -23,8 +27,9 @@ class CORVANE_API ASComparison {
   /// An outer join: `text` is its ON condition, NOT ESCAPED; the WHERE text is empty and no record is named by it.
   static ASComparison OuterJoin(Str text, ASDomain* requiredSide, ASDomain* optionalSide);
 
-  ASComparison(ASComparison const&) = default;
-  ASComparison(ASComparison&&) = default;
+  ASComparison(ASComparison const&);
+  ASComparison(ASComparison&&);
+  ~ASComparison();
   /// Takes over the text and the record types, but not the outer joins: this condition keeps its own. So initialise,
   /// `ASComparison c = ++a == b;`, and do not assign. Containers that assign lose joins, too.
   // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it does nothing, as its members' own does
@@ -47,7 +52,7 @@ class CORVANE_API ASComparison {
   /// The text; empty for an outer join alone.
   Str Query() const { return text_; }
   /// Without duplicates, in order of first appearance; never a null pointer.
-  std::list<ASDomain*> const& Domains() const { return domains_; }
+  std::list<ASDomain*> const& Domains() const;
   /// One for each outer-join condition, in the same order as JoinConditions(), their ON texts.
   std::list<JoinPair> const& JoinPairs() const { return joinPairs_; }
   std::list<Str> const& JoinConditions() const { return joinConditions_; }
@@ -55,11 +60,33 @@ class CORVANE_API ASComparison {
  private:
   friend class ASFilter;
 
-  void Name(ASDomain* domain);
+  // The record types named. Most conditions name one or two: these take no memory of their own, and the list that
+  // callers see is made when one asks for it.
+  class Records {
+   public:
+    Records() = default;
+    Records(Records const& other);
+    Records(Records&& other) noexcept;
+    Records& operator=(Records const& other);
+    ~Records();
+
+    /// Ignores a null pointer and what is named already.
+    void Add(ASDomain* record);
+    ASDomain* const* begin() const { return many_.empty() ? few_.data() : many_.data(); }
+    ASDomain* const* end() const { return begin() + count_; }
+    std::list<ASDomain*> const& List() const;
+
+   private:
+    std::array<ASDomain*, 4> few_{};
+    std::vector<ASDomain*> many_;  // all of them, once they are more than few
+    std::size_t count_ = 0;
+    mutable std::atomic<std::list<ASDomain*>*> list_{nullptr};  // owned; kept up to date once it is there
+  };
+
   void Combine(char const* word, ASComparison const& other);
 
   Str text_;
-  std::list<ASDomain*> domains_;  // not owned
+  Records records_;  // not owned
   std::list<JoinPair> joinPairs_;
   std::list<Str> joinConditions_;
 };

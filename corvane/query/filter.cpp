@@ -77,7 +77,7 @@ ASFilter& ASFilter::Having(ASGroupComparison const& condition) {
 }
 
 ASFilter& ASFilter::ConnectBy(ASComparison const& prior, ASComparison const& start) {
-  if (!start.Domains().empty()) {
+  if (start.records_.begin() != start.records_.end()) {
     Merge(start);
     where_ << " START WITH " << start.Query();
   }
@@ -100,10 +100,10 @@ Str ASFilter::Query() const { return Rendered(0); }
 
 Str ASFilter::Rendered(std::size_t more) const {
   Str const& projected = projection_.projectText_;
-  Str const& plain = projection_.groupText_;
+  Str const& plain = projection_.GroupText();
   // Pinned: "DISTINCT " makes the select list the longer one, too; held by Filter.DistinctIsGroupedByAllItsColumns.
   bool const groupsByPlain = plain.length() < projected.length() || having_.length() > 0;
-  Str const& explicitly = groupProjection_.groupText_;
+  Str const& explicitly = groupProjection_.GroupText();
   Str const& grouped = explicitly.length() > 0 || !groupsByPlain ? explicitly : plain;
   Str text;
   text.Reserve(kStatementRoom + hint_.View().size() + projected.View().size() + where_.View().size() +
@@ -124,5 +124,5 @@ Str ASFilter::Rendered(std::size_t more) const {
 }
 
 void ASFilter::Merge(ASComparison const& condition) {
-  for (ASDomain* const domain : condition.Domains()) projection_.AddDomain(domain);
+  for (ASDomain* const domain : condition.records_) projection_.AddDomain(domain);
 }

@@ -34,6 +34,7 @@ ASProject& ASProject::operator=(ASProject const& other) {
   ASProject copy(other);  // first, so that memory exhaustion leaves no column behind whose owner is gone
   std::swap(projectText_, copy.projectText_);
   std::swap(groupText_, copy.groupText_);
+  std::swap(plainOnly_, copy.plainOnly_);
   items_.swap(copy.items_);
   domains_.swap(copy.domains_);
   kept_.swap(copy.kept_);
@@ -47,9 +48,10 @@ ASProject& ASProject::operator<<(ASAttribute const& attribute) {
 
 void ASProject::AppendPlain(ASAttribute const& listed, ASAttribute const& written) {
   std::string_view const text = Append(listed, written);
-  if (groupText_.length() == 0) groupText_.Reserve(kListRoom);
-  AppendSeparator(groupText_);
-  groupText_.Append(text.data(), text.size());
+  if (!plainOnly_) {
+    AppendSeparator(groupText_);
+    groupText_.Append(text.data(), text.size());
+  }
   if (listed.Data() != nullptr && listed.Data()->GetType() == corvane::kTypeRealBlob) {
     binaryPositions_.push_back(static_cast<int>(items_.size()) - 1);
   }
@@ -64,11 +66,13 @@ ASProject& ASProject::operator<<(ASAttribute const&& attribute) {
 }
 
 ASProject& ASProject::operator<<(ASGroupAttribute const& aggregate) {
+  KeepGroupText();
   Append(aggregate, aggregate);
   return *this;
 }
 
 ASProject& ASProject::operator<<(ASGroupAttribute const&& aggregate) {
+  KeepGroupText();
   auto const kept = std::make_shared<ASGroupAttribute>(aggregate);
   kept_.push_back(kept);
   Append(*kept, aggregate);
@@ -80,12 +84,18 @@ ASProject& ASProject::operator<<(ASGroupAttribute const* aggregate) {
 }
 
 // Pinned: at the end, wherever that is; held by Project.DistinctAfterAColumnIsAppendedAllTheSame.
-void ASProject::Distinct() { projectText_ << kDistinct; }
+void ASProject::Distinct() { ProjectQueryForUpdate() << kDistinct; }
+
+Str& ASProject::ProjectQueryForUpdate() {
+  KeepGroupText();
+  return projectText_;
+}
 
 // Pinned: positions and joins stay; held by Project.ClearKeepsPositionsJoinsAndKeywords.
 void ASProject::Clear() {
   projectText_.SetNull();
   groupText_.SetNull();
+  plainOnly_ = true;
   items_.clear();
   domains_.clear();
   kept_.clear();
@@ -112,8 +122,8 @@ Str ASProject::ProjectForLimitQuery() const {
 }
 
 void ASProject::setKW(Str const& prefix, Str const& suffix) const {
-  if (kwPrefix_ != prefix || kwPrefix_.IsNull() != prefix.IsNull()) kwPrefix_ = prefix;
-  if (kwSuffix_ != suffix || kwSuffix_.IsNull() != suffix.IsNull()) kwSuffix_ = suffix;
+  if (kwPrefix_ != prefix.View()) kwPrefix_ = prefix.View();
+  if (kwSuffix_ != suffix.View()) kwSuffix_ = suffix.View();
 }
 
 Str ASProject::JoinQuery() const {
@@ -131,12 +141,24 @@ Str ASProject::JoinForDeleteQuery() const {
 // Appends a column to the select list and lists it, or another one in its place; returns what was written.
 std::string_view ASProject::Append(ASSimpleAttribute const& listed, ASSimpleAttribute const& written) {
   if (projectText_.length() == 0) projectText_.Reserve(kListRoom);
-  char const* const before = projectText_.length() > 0 && projectText_ != kDistinct ? sql::kSeparator : "";
+  char const* before = "";
+  if (projectText_ == kDistinct) {
+    KeepGroupText();  // of a column with that name, behind which a comma stands
+  } else if (projectText_.length() > 0) {
+    before = sql::kSeparator;
+  }
   std::size_t const begin = projectText_.View().size() + std::strlen(before);
   written.AppendTo(projectText_, before);
   items_.push_back(Item(listed));
   AddDomain(listed.Domain());
   return projectText_.View().substr(begin);
+}
+
+// Before the select list becomes another one than the plain columns.
+void ASProject::KeepGroupText() {
+  if (!plainOnly_) return;
+  groupText_ = projectText_;
+  plainOnly_ = false;
 }
 
 void ASProject::AddDomain(ASDomain* domain) {
@@ -181,6 +203,7 @@ bool ASProject::IsOptional(ASDomain const* domain) const {
 void ASProject::Swap(ASProject& other) noexcept {
   std::swap(projectText_, other.projectText_);
   std::swap(groupText_, other.groupText_);
+  std::swap(plainOnly_, other.plainOnly_);
   std::swap(kwPrefix_, other.kwPrefix_);
   std::swap(kwSuffix_, other.kwSuffix_);
   items_.swap(other.items_);

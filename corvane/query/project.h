@@ -3,6 +3,7 @@
 
 #include <list>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "corvane/data/value/str.h"
@@ -42,9 +43,9 @@ class CORVANE_API ASProject {
   /// The select list: "DISTINCT a, SUM(b)"; empty without columns.
   Str ProjectQuery() const { return projectText_; }
   /// The same for writing, past the columns and the GROUP BY list. What is written there is NOT ESCAPED.
-  Str& ProjectQueryForUpdate() { return projectText_; }
+  Str& ProjectQueryForUpdate();
   /// The plain columns: "a, b".
-  Str GroupQuery() const { return groupText_; }
+  Str GroupQuery() const { return GroupText(); }
   /// A select list with names, "a AS Q1, b AS Q2", for a derived table ALIAS, and the list that selects from that:
   /// "ALIAS.Q1, ALIAS.Q2".
   Str ProjectForLimitInternalQuery() const;
@@ -75,6 +76,8 @@ class CORVANE_API ASProject {
 
   std::string_view Append(ASSimpleAttribute const& listed, ASSimpleAttribute const& written);
   void AppendPlain(ASAttribute const& listed, ASAttribute const& written);
+  Str const& GroupText() const { return plainOnly_ ? projectText_ : groupText_; }
+  void KeepGroupText();
   void AddDomain(ASDomain* domain);
   void AppendTo(Str& out, char const* open, char const* close) const;
   bool IsOptional(ASDomain const* domain) const;
@@ -83,9 +86,9 @@ class CORVANE_API ASProject {
   static ASSimpleAttribute* Item(ASSimpleAttribute const& column) { return const_cast<ASSimpleAttribute*>(&column); }
 
   Str projectText_;
-  Str groupText_;
-  mutable Str kwPrefix_;
-  mutable Str kwSuffix_;
+  Str groupText_;  // not kept while there are only plain columns: projectText_ is the same then
+  mutable std::string kwPrefix_;
+  mutable std::string kwSuffix_;
   std::list<ASSimpleAttribute*> items_;          // not owned, or in kept_
   std::list<ASSimpleAttribute*> reservedItems_;  // keeps the layout; empty
   std::list<ASDomain*> domains_;                 // not owned
@@ -93,6 +96,7 @@ class CORVANE_API ASProject {
   std::list<ASComparison::JoinPair> joinPairs_;
   std::list<Str> joinConditions_;
   std::list<std::shared_ptr<ASSimpleAttribute>> kept_;  // copies of temporary columns
+  bool plainOnly_ = true;                               // nothing but plain columns has gone into the select list
 };
 
 #endif

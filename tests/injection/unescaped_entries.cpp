@@ -214,7 +214,7 @@ void AddNames(std::vector<UnescapedEntry>& all) {
                  "`", "canary UNION SELECT id FROM `"});
   all.push_back({"ASDomain::AppendQuery", Raw([](ASSession&, std::string const& quote) {
                    Str sql("SELECT id FROM ");
-                   Named("canary", "id").AppendQuery(sql, Str(quote), "`");
+                   Named("canary", "id").AppendQuery(sql, quote, "`");
                    return sql << " WHERE id=0";
                  }),
                  "`", "canary UNION SELECT id FROM `"});

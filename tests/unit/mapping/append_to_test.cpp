@@ -227,9 +227,8 @@ TEST(Alias, IsTheSameInEveryText) {
 
 TEST(Alias, StandsBehindATableBetweenQuotes) {
   ASDomain const record("shop.items", "");
-  Str const open("<");
   Str text;
-  record.AppendQuery(text, open, Str(">"));
+  record.AppendQuery(text, "<", ">");
   EXPECT_EQ(text, ("<shop<.>items> " + AliasOf(record)).c_str());
 }
 

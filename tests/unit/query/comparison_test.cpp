@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <list>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -177,6 +178,45 @@ TEST_F(Comparison, RecordsKeepTheOrderOfTheirFirstAppearance) {
 }
 
 // ---- Empty conditions ----
+
+TEST_F(Comparison, NamesAnyNumberOfRecordsInOrder) {
+  std::vector<std::unique_ptr<Orders>> records;
+  std::vector<ASDomain*> expected;
+  ASComparison all = empty;
+  for (int i = 0; i < 12; ++i) {
+    records.push_back(std::make_unique<Orders>());
+    expected.push_back(records.back().get());
+    all&& records.back()->idColumn == i;
+    all&& records.front()->idColumn == i;
+    EXPECT_EQ(std::vector<ASDomain*>(all.Domains().begin(), all.Domains().end()), expected);
+  }
+  ASComparison const copy = all;
+  ASComparison assigned = total == 1;
+  assigned = copy;
+  ASComparison const moved = std::move(all);
+  EXPECT_EQ(std::vector<ASDomain*>(copy.Domains().begin(), copy.Domains().end()), expected);
+  EXPECT_EQ(std::vector<ASDomain*>(assigned.Domains().begin(), assigned.Domains().end()), expected);
+  EXPECT_EQ(std::vector<ASDomain*>(moved.Domains().begin(), moved.Domains().end()), expected);
+}
+
+TEST_F(Comparison, TheListOfItsRecordsStaysWhereItIs) {
+  ASComparison condition = total == 1;
+  std::list<ASDomain*> const& records = condition.Domains();
+  EXPECT_EQ(records, std::list<ASDomain*>{&o});
+  condition&& c.idColumn == t.idColumn;
+  EXPECT_EQ(records, (std::list<ASDomain*>{&o, &c, &t}));
+  condition = ASComparison("text", &t, nullptr);
+  EXPECT_EQ(records, std::list<ASDomain*>{&t});
+  EXPECT_EQ(&condition.Domains(), &records);
+}
+
+TEST_F(Comparison, AMovedFromOneNamesNoRecord) {
+  ASComparison condition = total == 1;
+  condition.Domains();
+  ASComparison const moved = std::move(condition);
+  EXPECT_EQ(moved.Domains().size(), 1U);
+  EXPECT_TRUE(condition.Domains().empty());  // NOLINT(bugprone-use-after-move)
+}
 
 TEST_F(Comparison, AnEmptySideLeavesTheTextToTheOther) {
   EXPECT_EQ(All(ASComparison(empty) && total == 3), "[o.total=3] o");

@@ -242,6 +242,24 @@ TEST_F(Project, DistinctTwiceIsNoLongerTakenForTheOpening) {
   EXPECT_EQ(Text(p.ProjectQuery()), "DISTINCT DISTINCT , o.id");
 }
 
+TEST_F(Project, AColumnCalledDistinctIsAPlainColumn) {
+  ASAttribute const distinct("DISTINCT ");
+  p << distinct << o.idColumn;
+  EXPECT_EQ(Text(p.ProjectQuery()), "DISTINCT o.id");
+  EXPECT_EQ(Text(p.GroupQuery()), "DISTINCT , o.id");
+}
+
+TEST_F(Project, PlainColumnsAreGroupedByWithoutWhatWasWrittenIntoTheSelectList) {
+  p << o.idColumn;
+  p.ProjectQueryForUpdate() << ", NOW()";
+  p << o.noteColumn;
+  EXPECT_EQ(Text(p.ProjectQuery()), "o.id, NOW(), o.note");
+  EXPECT_EQ(Text(p.GroupQuery()), "o.id, o.note");
+  p.Clear();
+  p << o.noteColumn;
+  EXPECT_EQ(Text(p.GroupQuery()), "o.note");
+}
+
 TEST_F(Project, DistinctAfterAColumnIsAppendedAllTheSame) {
   p << o.idColumn;
   p.Distinct();
