@@ -5,6 +5,8 @@
 
 class Str;
 
+/// What the library has besides its classes: codes, the numbers and kinds of exceptions, literals, plain numbers as
+/// operands.
 namespace corvane {
 
 /// Type codes that `basic_type::GetType()` returns; the record mapper switches on them.
@@ -27,6 +29,7 @@ enum : int {
 /// The order of the virtual functions is binary contract.
 class CORVANE_API basic_type {
  public:
+  /// Virtual: a value may be deleted through a pointer to any of its bases.
   virtual ~basic_type();
 
   /// 1 when the value is SQL NULL, else 0. Throws nothing.
@@ -57,9 +60,12 @@ class CORVANE_API basic_type {
   virtual void copy(basic_type const& other) = 0;
 
  protected:
+  /// There is nothing here to be copied: the classes of the values copy what they hold.
+  /// @{
   basic_type() = default;
   basic_type(basic_type const&) = default;
   basic_type& operator=(basic_type const&) = default;
+  /// @}
 };
 
 #endif

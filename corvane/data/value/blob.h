@@ -20,6 +20,8 @@ class CORVANE_API Blob : public virtual basic_type {
   /// A block of `capacity` bytes with that length, copied from `data`, zero-filled when `data` is null.
   /// A negative capacity counts as 0.
   Blob(short capacity, void const* data);
+  /// Copies the bytes that can be read, Length() of them, into a block of their own; of a NULL value makes another
+  /// NULL.
   Blob(Blob const& other);
   ~Blob() override;
 
@@ -33,10 +35,13 @@ class CORVANE_API Blob : public virtual basic_type {
   /// Bytes that the block has room for; 0 without one.
   std::size_t Allocated() const { return allocated_; }
 
-  /// Ordered by length, then byte by byte.
+  /// Compared by length, then byte by byte as unsigned numbers. Two NULLs are equal; NULL comes before everything.
+  /// @{
   bool operator==(Blob const& other) const;
   bool operator!=(Blob const& other) const { return !(*this == other); }
   bool operator<(Blob const& other) const;
+  /// @}
+
   bool operator==(basic_type const& other) const override;
   bool operator<(basic_type const& other) const override;
 
@@ -54,12 +59,17 @@ class CORVANE_API Blob : public virtual basic_type {
   void copy(basic_type const& other) override;
 
  protected:
+  /// Chooses the constructor for columns.
   struct InPlace {};
   /// For columns, whose block is filled in place: `capacity` zero bytes with length 0, never replaced or freed.
   Blob(InPlace, std::uint16_t capacity);
 
+  /// The length field as it stands, 0 without a block. Only a value with a block may have it set.
+  /// @{
   std::uint16_t LengthField() const;
   void SetLengthField(std::uint16_t length);
+  /// @}
+
   /// Puts the first min(length, Allocated()) bytes behind the length field, which says so, and zeroes the rest.
   /// `bytes` may lie in this block. Of an in-place block.
   void Fill(void const* bytes, std::size_t length);
@@ -69,10 +79,13 @@ class CORVANE_API Blob : public virtual basic_type {
   /// block.
   void TakeBytes(basic_type const& other);
 
-  // For the columns, which name themselves in what they throw.
+  /// `==`, `<` and copy() of a value of any type, for the columns, which name themselves in what they throw:
+  /// "Incompatible types for ", `operation` (like "ASBlob::copy()") and ". ".
+  /// @{
   bool Equals(basic_type const& other, char const* operation) const;
   bool Less(basic_type const& other, char const* operation) const;
   void Assign(basic_type const& other, char const* operation);
+  /// @}
 
  private:
   unsigned char* Room() const { return block_ + sizeof(std::uint16_t); }
@@ -85,6 +98,7 @@ class CORVANE_API Blob : public virtual basic_type {
 
 /// Blobs and the columns built on them, whichever stands on the left. Templates that match exactly, so that no language
 /// version finds the columns' own comparisons with basic_type, or their mirror images, equally good.
+/// @{
 template <class Left, class Right,
           std::enable_if_t<std::is_base_of<Blob, Left>::value && std::is_base_of<Blob, Right>::value, int> = 0>
 bool operator==(Left const& left, Right const& right) {
@@ -100,5 +114,6 @@ template <class Left, class Right,
 bool operator<(Left const& left, Right const& right) {
   return static_cast<Blob const&>(left) < static_cast<Blob const&>(right);
 }
+/// @}
 
 #endif

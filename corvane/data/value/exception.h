@@ -34,15 +34,22 @@ class CORVANE_API AException : public std::exception {
  public:
   /// Number 0. A null message counts as empty.
   explicit AException(char const* message);
+  /// With a number; corvane::ErrorKind::kOther, and no error of a server.
   AException(int number, char const* message);
-  /// With what the server said; the kind follows from it.
+  /// With the error number of the server or of the client library, 0 for none; the kind follows from it.
   AException(int number, char const* message, int serverError);
+  /// With a kind of its own.
   AException(int number, char const* message, int serverError, corvane::ErrorKind kind);
+  /// Copies all of it, the message with what was appended. Throws std::bad_alloc.
+  /// @{
   AException(AException const& other);
   AException& operator=(AException const& other);
+  /// @}
+
   ~AException() override;
 
   /// Each appends to the message and returns the exception; a null text appends nothing.
+  /// @{
   AException& operator<<(char const* text);
   AException& operator<<(Str const& text);
   AException& operator<<(int number);
@@ -53,9 +60,11 @@ class CORVANE_API AException : public std::exception {
   AException& operator<<(unsigned long long number);
   AException& operator<<(double number);
   AException& operator<<(char c);
+  /// @}
 
   /// The message with all that was appended. Valid until the next `<<`.
   char const* what() const noexcept override;
+  /// A copy of what().
   Str Message() const;
   /// The number given at construction; 0 when none was.
   int Number() const noexcept;
@@ -66,6 +75,7 @@ class CORVANE_API AException : public std::exception {
   /// The SQLSTATE of that number, five characters: "23000" for 1062; "HY000" for 0 and for all that have none of their
   /// own, those of the client library among them. A constant text.
   char const* SqlState() const noexcept;
+  /// What can be done about it.
   corvane::ErrorKind Kind() const noexcept;
 
  private:

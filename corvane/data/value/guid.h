@@ -10,6 +10,7 @@
 /// of the text form (RFC 4122, 4.1.2: most significant byte first).
 class CORVANE_API Guid : public virtual basic_type {
  public:
+  /// How many bytes a GUID has.
   static constexpr int kBytes = 16;
 
   /// NULL.
@@ -19,6 +20,7 @@ class CORVANE_API Guid : public virtual basic_type {
   Guid(char const* text);
   /// `first` is the first 8 bytes of the text form, most significant byte first, `second` the last 8.
   Guid(std::uint64_t first, std::uint64_t second);
+  /// Copies the bytes; of a NULL value makes another NULL.
   Guid(Guid const& other);
   ~Guid() override;
 
@@ -28,10 +30,13 @@ class CORVANE_API Guid : public virtual basic_type {
   /// Copies the bytes; a NULL source makes this NULL.
   Guid& operator=(Guid const& other);
 
-  /// Byte by byte; NULL comes before everything.
+  /// Compared byte by byte as unsigned numbers. Two NULLs are equal; NULL comes before everything.
+  /// @{
   bool operator==(Guid const& other) const;
   bool operator!=(Guid const& other) const { return !(*this == other); }
   bool operator<(Guid const& other) const;
+  /// @}
+
   bool operator==(basic_type const& other) const override;
   bool operator<(basic_type const& other) const override;
 
@@ -53,13 +58,18 @@ class CORVANE_API Guid : public virtual basic_type {
   void copy(basic_type const& other) override;
 
  protected:
+  /// Chooses the constructor for columns.
   struct InPlace {};
   /// For columns, whose array is filled in place: 16 zero bytes, never freed.
   explicit Guid(InPlace);
   /// Sets the null state of an in-place value; the bytes stay.
   void MarkNull(bool null) { null_ = null; }
+  /// `==` and `<` of a value of any type, for the columns, which name themselves in what they throw:
+  /// "Incompatible types for ", `operation` (like "ASGuid::operator < ()") and ". ".
+  /// @{
   bool Equals(basic_type const& other, char const* operation) const;
   bool Less(basic_type const& other, char const* operation) const;
+  /// @}
 
  private:
   char* bytes_ = nullptr;  // owned

@@ -6,16 +6,17 @@
 
 #include "corvane/data/value/narrow.h"
 
-// Int, Int64, Double and the columns built on them beside a number of another type: a plain one, as in `asint == 5L`
-// or `asdouble * 2`, or a value, as in `price * count`. Without these templates the compiler would see two equally
-// good ways (one side to a plain number, the other to the value's type) and refuse, or lose a NULL.
-//
-// Sums, differences, products and quotients are of the wider type: of an Int and an integer of more bits (or unsigned)
-// an Int64, of an integer and a floating number a Double. A compound assignment computes in the wider type too,
-// truncates toward zero, and throws AException "Number is out of range for Int. " (Int64) when the result does not fit,
-// as assignment and construction do. Comparisons of integers are exact whatever their sizes and signs; with a floating
-// number on one side they are those of doubles. NULL with anything is NULL; in comparisons two NULLs are equal and a
-// NULL lies before every number.
+/// @file
+/// Int, Int64, Double and the columns built on them beside a number of another type: a plain one, as in `asint == 5L`
+/// or `asdouble * 2`, or a value, as in `price * count`. Without these templates the compiler would see two equally
+/// good ways (one side to a plain number, the other to the value's type) and refuse, or lose a NULL.
+///
+/// Sums, differences, products and quotients are of the wider type: of an Int and an integer of more bits (or unsigned)
+/// an Int64, of an integer and a floating number a Double. A compound assignment computes in the wider type too,
+/// truncates toward zero, and throws AException "Number is out of range for Int. " (Int64) when the result does not
+/// fit, as assignment and construction do. Comparisons of integers are exact whatever their sizes and signs; with a
+/// floating number on one side they are those of doubles. NULL with anything is NULL; in comparisons two NULLs are
+/// equal and a NULL lies before every number.
 
 // The headers of the value types include this one: it names them, and asks of them what they are only where it is used.
 class Int;
@@ -23,6 +24,7 @@ class Int64;
 class Double;
 
 namespace corvane {
+/// @cond
 
 // The value type that `N` is or is built on, or void.
 template <class N>
@@ -144,8 +146,12 @@ int ComparePlain(A a, B b) {
   }
 }
 
+/// @endcond
 }  // namespace corvane
 
+/// Sum, difference, product and quotient of a value and a number of another type, of the wider type of the two; NULL
+/// when an operand is.
+/// @{
 template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
 R operator+(N const& a, T const& b) {
   return corvane::Converted<R>(a) + corvane::Converted<R>(b);
@@ -165,8 +171,12 @@ template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::
 R operator/(N const& a, T const& b) {
   return corvane::Converted<R>(a) / corvane::Converted<R>(b);
 }
+/// @}
 
-// The compound forms end in the value's own operators, so that columns keep their rules for neutral operands.
+/// `+`, `-`, `*` and `/` with the result assigned to the value on the left: an integer takes it truncated toward zero,
+/// and throws AException "Number is out of range for Int. " (Int64) when it does not fit. A column skips an operand
+/// that would change nothing, as in its own operators.
+/// @{
 template <class N, class T, class V = corvane::MixedT<N, T>, class R = corvane::ResultT<V, T>>
 N& operator+=(N& a, T const& b) {
   if constexpr (std::is_same<R, V>::value) {
@@ -210,7 +220,11 @@ N& operator/=(N& a, T const& b) {
   }
   return a;
 }
+/// @}
 
+/// Comparisons of a value with a number of another type: exact for integers, as doubles when one of them is a floating
+/// number. Two NULLs are equal; a NULL lies before every number.
+/// @{
 template <class N, class T, class V = corvane::MixedT<N, T>>
 bool operator==(N const& a, T const& b) {
   if (corvane::IsNullNumber(a) || corvane::IsNullNumber(b)) {
@@ -249,9 +263,11 @@ template <class N, class T, class V = corvane::MixedT<N, T>>
 bool operator>=(N const& a, T const& b) {
   return a > b || a == b;
 }
+/// @}
 
-// A plain number on the left, its value's own scalar too: the built-in operators would take a NULL for a number, and
-// end the process in a division by zero.
+/// A plain number on the left, of the type of the value, too: the built-in operators would take a NULL for a number,
+/// and end the process in a division by zero. NULL when the value is.
+/// @{
 template <class T, class N, class V = corvane::LeftT<T, N>, class R = corvane::ResultT<V, T>>
 R operator+(T a, N const& b) {
   return corvane::Converted<R>(a) + corvane::Converted<R>(b);
@@ -271,7 +287,10 @@ template <class T, class N, class V = corvane::LeftT<T, N>, class R = corvane::R
 R operator/(T a, N const& b) {
   return corvane::Converted<R>(a) / corvane::Converted<R>(b);
 }
+/// @}
 
+/// Comparisons with a plain number on the left: as with the value there.
+/// @{
 template <class T, class N, class V = corvane::LeftT<T, N>>
 bool operator==(T a, N const& b) {
   return b == a;
@@ -301,5 +320,6 @@ template <class T, class N, class V = corvane::LeftT<T, N>>
 bool operator>=(T a, N const& b) {
   return b <= a;
 }
+/// @}
 
 #endif

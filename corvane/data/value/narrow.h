@@ -6,7 +6,9 @@
 
 #include "corvane/api.h"
 
-// Integers that have to fit another type, for the assignments of the value types.
+/// @file
+/// Integers that have to fit another type, for the assignments of the value types.
+
 namespace corvane {
 
 /// Throws AException "Number is out of range for " + type + ". ".

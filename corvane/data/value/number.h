@@ -15,6 +15,8 @@ constexpr bool kIsNumber = std::is_arithmetic<T>::value ||
 /// A plain number of any built-in type as an operand of a condition or an expression. Not for keeping.
 class CORVANE_API Number {
  public:
+  /// Takes a number of any built-in type as it is; a `long double` becomes a double, and an enumerator the number
+  /// behind it.
   template <class T, std::enable_if_t<kIsNumber<T>, int> = 0>
   Number(T number) {
     if constexpr (std::is_enum<T>::value) {

@@ -10,9 +10,12 @@ class CORVANE_API numeric : public virtual basic_type {
   ~numeric() override;
 
  protected:
+  /// There is nothing here to be copied.
+  /// @{
   numeric() = default;
   numeric(numeric const&) = default;
   numeric& operator=(numeric const&) { return *this; }  // no data; the virtual root has none either
+  /// @}
 };
 
 #endif

@@ -17,8 +17,8 @@ enum CpFlag {
 /// What a RealBlob points to.
 struct BlobData {
   std::uint32_t length = 0;  ///< in bytes
-  void* bytes = nullptr;
-  std::int32_t owned = 1;  ///< 1: the bytes are freed with the descriptor; 0: borrowed, never freed
+  void* bytes = nullptr;     ///< a null pointer when there are none
+  std::int32_t owned = 1;    ///< 1: the bytes are freed with the descriptor; 0: borrowed, never freed
 };
 
 /// A large binary value: a descriptor of up to 4 GiB of bytes. NULL is the absent descriptor; a descriptor of length 0
@@ -30,21 +30,28 @@ class CORVANE_API RealBlob : public virtual basic_type {
   RealBlob() = default;
   /// `length` bytes from `bytes`; when `bytes` is null as many zero bytes, owned whatever the flag says.
   RealBlob(unsigned length, void const* bytes, CpFlag flag = Copy);
+  /// Duplicates the bytes, borrowed ones too; of a NULL value makes another NULL.
   RealBlob(RealBlob const& other);
   ~RealBlob() override;
 
+  /// Duplicates the bytes, borrowed ones too; a NULL source makes this NULL.
   RealBlob& operator=(RealBlob const& other);
 
   /// The length in bytes, 0 when NULL.
   unsigned Length() const { return data_ != nullptr ? data_->length : 0; }
 
-  /// Ordered by length, then byte by byte.
+  /// Compared by length, then byte by byte as unsigned numbers. Two NULLs are equal; NULL comes before everything, an
+  /// empty value too.
+  /// @{
   bool operator==(RealBlob const& other) const;
   bool operator!=(RealBlob const& other) const { return !(*this == other); }
   bool operator<(RealBlob const& other) const;
+  /// @}
+
   bool operator==(basic_type const& other) const override;
   bool operator<(basic_type const& other) const override;
-  /// Throws AException "Incompatible types for RealBlob::operator != (). " for a value of another type.
+  /// The negation of `==`; throws AException "Incompatible types for RealBlob::operator != (). " for a value of another
+  /// type.
   bool operator!=(basic_type const& other) const;
 
   int IsNull() const override;

@@ -27,7 +27,9 @@ class CORVANE_API Str : public virtual basic_type {
   Str(char const* text);
   /// Copies `length` bytes, never null; `bytes` may be null when `length` is 0.
   Str(char const* bytes, std::size_t length);
+  /// Copies text and null state.
   Str(Str const& other);
+  /// Takes the text over, and leaves the other one null; of a text column, which keeps its buffer, copies it.
   Str(Str&& other) : basic_type() {
     if (other.inPlace_) {
       *this = static_cast<Str const&>(other);  // whose buffer stays with it
@@ -45,14 +47,19 @@ class CORVANE_API Str : public virtual basic_type {
   Str(S const& text) : Str(text.data(), text.size()) {}
   ~Str() override;
 
+  /// Assign a text, which may lie in this one; a null pointer and a null Str make this null. A text that is moved from
+  /// is null afterwards, unless it is a column's.
+  /// @{
   Str& operator=(char const* text);
   Str& operator=(Str const& other);
   Str& operator=(Str&& other);
+  /// @}
 
   /// Each appends and returns the text itself. A null pointer or null Str appends nothing; anything else makes a
   /// null text non-null. Integers are written in decimal. Doubles are written with the fewest digits that read back
   /// as the same number: plain decimal notation for 0 and 1e-6 <= |x| < 1e17, with an exponent outside that range
   /// ("1e+17"); never dependent on the locale. A text may be appended to itself.
+  /// @{
   Str& operator<<(char const* text) { return text != nullptr ? Append(text, std::strlen(text)) : *this; }
   Str& operator<<(Str const& text) { return text.Null() ? *this : Append(text.str(), text.Length()); }
   Str& operator<<(char c) { return Append(&c, 1); }
@@ -63,6 +70,7 @@ class CORVANE_API Str : public virtual basic_type {
   Str& operator<<(unsigned long number);
   Str& operator<<(long long number);
   Str& operator<<(unsigned long long number);
+  /// @}
 
   /// Appends `length` bytes as they stand.
   Str& Append(char const* bytes, std::size_t length) {
@@ -79,13 +87,17 @@ class CORVANE_API Str : public virtual basic_type {
   /// Makes room for a text of `length` bytes in all. A null text becomes an empty one.
   void Reserve(std::size_t length);
 
-  /// A new text: null when both sides are.
+  /// A new text of both; null when both sides are.
+  /// @{
   Str operator+(char const* text) const;
   Str operator+(Str const& text) const;
   Str operator+(char c) const;
+  /// @}
+
   Str operator+(int) const = delete;  // neither a digit nor pointer arithmetic: append with `<<`
 
   /// Byte-wise comparisons; a null text or null pointer counts as the empty text.
+  /// @{
   bool operator==(char const* text) const { return View() == Viewed(text); }
   bool operator!=(char const* text) const { return View() != Viewed(text); }
   bool operator<(char const* text) const { return View() < Viewed(text); }
@@ -98,17 +110,27 @@ class CORVANE_API Str : public virtual basic_type {
   bool operator>(Str const& text) const { return View() > text.View(); }
   bool operator<=(Str const& text) const { return View() <= text.View(); }
   bool operator>=(Str const& text) const { return View() >= text.View(); }
-  /// As basic_type gives them, but null equals empty; the other value must be of type 12. Beside a column they compare
-  /// as the column does: trailing blanks do not count, and its NULL equals only another.
+  /// @}
+
+  /// As basic_type gives them, but null equals empty. For a value of a type other than 12 they throw AException
+  /// "Incompatible types for Str::operator == (). ", or with "<" for "==". Beside a column they compare as the column
+  /// does: trailing blanks do not count, and its NULL equals only another.
+  /// @{
   bool operator==(basic_type const& other) const override;
   bool operator<(basic_type const& other) const override;
   bool operator!=(basic_type const& other) const { return !(*this == other); }
+  /// @}
 
   /// The text, NUL-terminated; of a null Str an empty text, never a null pointer. Valid until the next change.
+  /// @{
   char const* str() const { return text_ != nullptr ? text_ : ""; }
   char const* c_str() const { return str(); }
   operator char const*() const { return str(); }
+  /// @}
+
+  /// The bytes, NUL among them; of a null Str none. Valid until the next change.
   std::string_view View() const { return {str(), Length()}; }
+  /// A copy of the bytes; of a null Str an empty text.
   std::string ToString() const { return std::string(View()); }
 
   /// Length in bytes; 0 when null.
@@ -142,11 +164,13 @@ class CORVANE_API Str : public virtual basic_type {
   void copy(basic_type const& other) override;
 
  protected:
+  /// Chooses the constructor for columns.
   struct InPlace {};
   /// For columns, whose buffer is filled in place: a NULL text over a zero-filled buffer of `capacity` + 1 bytes that
   /// is never replaced, shrunk or outgrown; whatever is written through the members above is cut at `capacity`, and
   /// the length is that up to the first NUL, however it got there.
   Str(InPlace, std::size_t capacity);
+  /// The buffer of an in-place text, `capacity` + 1 bytes. Owned by the text.
   char* Buffer() const { return text_; }
   /// Sets the null state of an in-place text; the bytes stay.
   void MarkNull(bool null) { null_ = null; }
@@ -178,14 +202,19 @@ class CORVANE_API Str : public virtual basic_type {
   bool null_ = true;  // of an in-place text only; else a text is null when it has no buffer
 };
 
+/// A new text of both; null when both sides are.
 CORVANE_API Str operator+(char const* left, Str const& right);
 Str operator+(int, Str const&) = delete;
+/// The comparisons of Str with the text on the left: byte-wise, a null text or null pointer counting as the empty text.
+/// @{
 inline bool operator==(char const* left, Str const& right) { return right == left; }
 inline bool operator!=(char const* left, Str const& right) { return right != left; }
 inline bool operator<(char const* left, Str const& right) { return right > left; }
 inline bool operator>(char const* left, Str const& right) { return right < left; }
 inline bool operator<=(char const* left, Str const& right) { return right >= left; }
 inline bool operator>=(char const* left, Str const& right) { return right <= left; }
+/// @}
+
 /// Writes the bytes of the text; nothing for a null one.
 CORVANE_API std::ostream& operator<<(std::ostream& out, Str const& text);
 
