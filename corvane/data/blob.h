@@ -13,6 +13,7 @@
 /// bytes. Bytes that are to be saved belong in an ASRealBlob.
 class CORVANE_API ASBlob : public virtual basic_type, public ASData, public Blob {
  public:
+  /// NULL, with room for `capacity` bytes, and bound to no column.
   explicit ASBlob(std::uint16_t capacity);
   /// Copies capacity, value and binding.
   ASBlob(ASBlob const& other);

@@ -12,16 +12,16 @@ namespace corvane {
 /// Database type codes that `ASData::GetDBType()` returns; they choose how a value is written into a statement and
 /// tell apart what one type code stands for.
 enum : int {
-  kDbVStr = 1,
-  kDbInt = 3,
-  kDbDouble = 4,  ///< ASDouble and ASDCurrency
-  kDbStr = 5,
-  kDbBlob = 15,
-  kDbInt64 = 16,
-  kDbGeometry = 85,
-  kDbGuid = 86,
-  kDbRealBlob = 95,
-  kDbTime = 100
+  kDbVStr = 1,       ///< ASVStr
+  kDbInt = 3,        ///< ASInt
+  kDbDouble = 4,     ///< ASDouble and ASDCurrency
+  kDbStr = 5,        ///< ASStr
+  kDbBlob = 15,      ///< ASBlob
+  kDbInt64 = 16,     ///< ASInt64
+  kDbGeometry = 85,  ///< ASGeometry
+  kDbGuid = 86,      ///< ASGuid
+  kDbRealBlob = 95,  ///< ASRealBlob
+  kDbTime = 100      ///< ASTime
 };
 
 }  // namespace corvane
@@ -64,15 +64,20 @@ class CORVANE_API ASData : public virtual basic_type {
   ASComparison EQ(basic_type const& other) const;
   /// "'1'<>2'": no quote opens before the other value, and servers refuse the text (error 1064). NOT ESCAPED.
   ASComparison NE(basic_type const& other) const;
-  /// NOT ESCAPED either: "'1'>'2'", and so on with "<", ">=", "<=".
+  /// Conditions with the other comparisons, NOT ESCAPED either: "'1'>'2'", and so on with "<", ">=", "<=".
+  /// @{
   ASComparison GT(basic_type const& other) const;
   ASComparison LT(basic_type const& other) const;
   ASComparison GE(basic_type const& other) const;
   ASComparison LE(basic_type const& other) const;
+  /// @}
 
  protected:
+  /// Bound to no column.
   ASData() = default;
+  /// Copies the binding.
   ASData(ASData const& other) : basic_type(), attribute_(other.attribute_) {}
+  /// Keeps the binding.
   // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is assigned, the binding stays
   ASData& operator=(ASData const&) { return *this; }
 

@@ -16,6 +16,7 @@
 /// points cannot be stored through an ASGeometry, polygons of one ring can.
 class CORVANE_API ASGeometry : public virtual basic_type, public ASData, public Blob {
  public:
+  /// NULL, with room for `capacity` bytes, and bound to no column.
   explicit ASGeometry(std::uint16_t capacity);
   /// Copies capacity, value and binding.
   ASGeometry(ASGeometry const& other);

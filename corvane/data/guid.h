@@ -8,6 +8,7 @@
 /// becomes NULL its 16 bytes are zero, so that no stale GUID ever stands in a statement.
 class CORVANE_API ASGuid : public virtual basic_type, public ASData, public Guid {
  public:
+  /// NULL, and bound to no column.
   ASGuid();
   /// Copies the value and the binding.
   ASGuid(ASGuid const& other);
@@ -27,21 +28,31 @@ class CORVANE_API ASGuid : public virtual basic_type, public ASData, public Guid
   Str getstr() const override;
   /// The 16 bytes, never a null pointer.
   void* voidptr() const override;
-  /// Both throw with the text "Incompatible types for ASGuid::operator < (). ".
+  /// Compare as Guid does. Both throw AException "Incompatible types for ASGuid::operator < (). " for a value of
+  /// another type.
+  /// @{
   bool operator==(basic_type const& other) const override;
   bool operator<(basic_type const& other) const override;
+  /// @}
+
   void copy(basic_type const& other) override;
   /// corvane::kDbGuid (86).
   int GetDBType() const override;
   /// Does nothing.
   void Trim() override;
 
+  /// Copy the bytes, or set NULL as the other one is; the binding stays.
+  /// @{
   ASGuid& operator=(Guid const& other);
   ASGuid& operator=(ASGuid const& other);
+  /// @}
 
+  /// Compare byte by byte as unsigned numbers. Two NULLs are equal; NULL comes before everything.
+  /// @{
   bool operator==(Guid const& other) const { return Guid::operator==(other); }
   bool operator==(ASGuid const& other) const { return Guid::operator==(other); }
   bool operator<(Guid const& other) const { return Guid::operator<(other); }
+  /// @}
 };
 
 #endif

@@ -13,6 +13,7 @@
 /// `+=` and `-=` with 0, `*=` and `/=` with 1; a NULL stays NULL in any case.
 class CORVANE_API ASInt64 : public virtual basic_type, public ASData, public Int64 {
  public:
+  /// NULL, and bound to no column.
   ASInt64() = default;
   /// Copies the value and the binding.
   ASInt64(ASInt64 const&) = default;
@@ -33,14 +34,28 @@ class CORVANE_API ASInt64 : public virtual basic_type, public ASData, public Int
   /// Does nothing.
   void Trim() override;
 
+  /// Assign a value, a NULL too, and write only when it changes; the binding stays.
+  /// @{
   virtual ASInt64& operator=(Int64 const& other);
   virtual ASInt64& operator=(ASInt64 const& other);
+  /// @}
+
+  /// Compare as Int64 does: two NULLs are equal, and a NULL equals no number.
+  /// @{
   virtual bool operator==(Int64 const& other) const;
   virtual bool operator==(long other) const;
+  /// @}
+
+  /// Add and subtract 1, wrapping; a NULL stays NULL. The forms behind the value return what it was before.
+  /// @{
   virtual ASInt64& operator++();
   virtual Int64 operator++(int);
   virtual ASInt64& operator--();
   virtual Int64 operator--(int);
+  /// @}
+
+  /// Compute as Int64 does; an operand that would change nothing is skipped.
+  /// @{
   virtual ASInt64& operator+=(Int64 const& other);
   virtual ASInt64& operator-=(Int64 const& other);
   virtual ASInt64& operator*=(Int64 const& other);
@@ -49,14 +64,19 @@ class CORVANE_API ASInt64 : public virtual basic_type, public ASData, public Int
   virtual ASInt64& operator-=(long other);
   virtual ASInt64& operator*=(long other);
   virtual ASInt64& operator/=(long other);
+  /// @}
 
-  /// Throws AException "Number is out of range for Int64. " when the number does not fit.
+  /// Assigns a plain integer of any type and clears the null flag. When it does not fit, throws AException
+  /// "Number is out of range for Int64. "; the value is then unchanged.
   template <class T, std::enable_if_t<std::is_integral<T>::value, int> = 0>
   ASInt64& operator=(T other) {
     return *this = Int64(corvane::Narrow<Int64>(other));
   }
+  /// Compares two columns by their values; an exact match, which the language prefers to the other forms.
   bool operator==(ASInt64 const& other) const { return *this == static_cast<Int64 const&>(other); }
+  /// As Int64 has it.
   using Int64::operator!=;
+  /// As Int64 has it.
   using Int64::operator<;
 };
 

@@ -31,18 +31,28 @@ class CORVANE_API ASRealBlob : public virtual basic_type, public ASData, public 
   /// Does nothing.
   void Trim() override;
 
+  /// Duplicate the bytes, borrowed ones too; a NULL source makes this NULL. The binding stays.
+  /// @{
   ASRealBlob& operator=(ASRealBlob const& other);
   ASRealBlob& operator=(RealBlob const& other);
+  /// @}
+
   /// Checks that the types agree and changes nothing; throws AException "Incompatible types for
   /// ASRealBlob::operator = (). " when they do not. To assign, use the forms above or copy().
   ASRealBlob& operator=(basic_type const& other);
 
-  /// Throws AException "Incompatible types for ASRealBlob::operator != (). " for a value of another type.
+  /// The negation of `==`; throws AException "Incompatible types for ASRealBlob::operator != (). " for a value of
+  /// another type.
   bool operator!=(basic_type const& other) const;
+  /// Compared by length, then byte by byte. Two NULLs are equal; a NULL and an empty value are not.
+  /// @{
   bool operator==(RealBlob const& other) const { return RealBlob::operator==(other); }
   bool operator!=(RealBlob const& other) const { return RealBlob::operator!=(other); }
   bool operator==(ASRealBlob const& other) const { return RealBlob::operator==(other); }
   bool operator!=(ASRealBlob const& other) const { return RealBlob::operator!=(other); }
+  /// @}
+
+  /// As RealBlob has it.
   using RealBlob::operator<;
 };
 

@@ -49,11 +49,16 @@ class CORVANE_API ASStr : public virtual basic_type, public ASData, public Str {
   /// blanks keeps one.
   void Trim() override;
 
-  /// A null Str or pointer sets NULL. Otherwise the first `capacity` bytes are taken and padded with blanks.
+  /// A null Str or pointer sets NULL. Otherwise the first `capacity` bytes are taken and padded with blanks. The
+  /// binding stays.
+  /// @{
   virtual ASStr& operator=(Str const& text);
   virtual ASStr& operator=(char const* text);
   virtual ASStr& operator=(ASStr const& text);
-  /// Compare as with basic_type; a null Str or pointer counts as NULL.
+  /// @}
+
+  /// Compare without trailing blanks, as with basic_type; a null Str or pointer counts as NULL.
+  /// @{
   virtual bool operator<(Str const& text) const;
   virtual bool operator==(Str const& text) const;
   virtual bool operator<(char const* text) const;
@@ -68,13 +73,17 @@ class CORVANE_API ASStr : public virtual basic_type, public ASData, public Str {
   bool operator>(char const* text) const { return *this >= text && *this != text; }
   bool operator<=(Str const& text) const { return !(*this > text); }
   bool operator<=(char const* text) const { return !(*this > text); }
+  /// @}
+
   /// Of two columns; exact matches, which the language prefers to the forms above and to their mirror images.
+  /// @{
   bool operator==(ASStr const& text) const { return *this == static_cast<Str const&>(text); }
   bool operator!=(ASStr const& text) const { return *this != static_cast<Str const&>(text); }
   bool operator<(ASStr const& text) const { return *this < static_cast<Str const&>(text); }
   bool operator>(ASStr const& text) const { return *this > static_cast<Str const&>(text); }
   bool operator<=(ASStr const& text) const { return *this <= static_cast<Str const&>(text); }
   bool operator>=(ASStr const& text) const { return *this >= static_cast<Str const&>(text); }
+  /// @}
 
   /// The capacity in bytes.
   unsigned Capacity() const { return capacity_; }
@@ -89,7 +98,8 @@ class CORVANE_API ASStr : public virtual basic_type, public ASData, public Str {
   unsigned capacity_;
 };
 
-// With the column on the right: as when it stands on the left.
+/// With the column on the right: as when it stands on the left.
+/// @{
 inline bool operator==(char const* left, ASStr const& right) { return right == left; }
 inline bool operator!=(char const* left, ASStr const& right) { return right != left; }
 inline bool operator<(char const* left, ASStr const& right) { return right > left; }
@@ -102,5 +112,6 @@ inline bool operator<(Str const& left, ASStr const& right) { return right > left
 inline bool operator>(Str const& left, ASStr const& right) { return right < left; }
 inline bool operator<=(Str const& left, ASStr const& right) { return right >= left; }
 inline bool operator>=(Str const& left, ASStr const& right) { return right <= left; }
+/// @}
 
 #endif

@@ -12,6 +12,7 @@ class CORVANE_API ASTime : public ASInt {
  public:
   /// NULL.
   ASTime() = default;
+  /// So many seconds behind 1970-01-01 00:00:00 UTC; -2147483648 is NULL.
   explicit ASTime(int seconds) { Int::operator=(seconds); }
   /// Copies the value and the binding.
   ASTime(ASTime const&) = default;
@@ -25,23 +26,31 @@ class CORVANE_API ASTime : public ASInt {
   /// "2004-07-01 13:45:00"; "NULL" when NULL.
   Str getstr() const override;
 
-  /// Truncates to 32 bits.
+  /// Assign seconds, a NULL too, and write only when they change; the binding stays. A number of more than 32 bits is
+  /// truncated to its lower 32 bits; what is -2147483648 then sets NULL.
+  /// @{
   virtual ASTime& operator=(long seconds);
   virtual ASTime& operator=(int const& seconds);
   ASTime& operator=(Int const& other) override;
   ASTime& operator=(ASInt const& other) override;
+  /// @}
 
-  /// Truncates to 32 bits; a NULL stays one.
+  /// Assigns seconds likewise, truncated to 32 bits; a NULL sets NULL.
   ASTime& operator=(Int64 const& seconds);
+  /// Assigns a time, a NULL too; the binding stays.
   ASTime& operator=(ASTime const& other) { return *this = static_cast<Int const&>(other); }
+  /// Assigns a plain integer of any other type, truncated to 32 bits.
   template <class T,
             std::enable_if_t<
                 std::is_integral<T>::value && !std::is_same<T, int>::value && !std::is_same<T, long>::value, int> = 0>
   ASTime& operator=(T seconds) {
     return *this = static_cast<long>(seconds);
   }
+  /// Compares two columns by their values; an exact match, which the language prefers to the other forms.
   bool operator==(ASTime const& other) const { return *this == static_cast<Int const&>(other); }
+  /// As ASInt has it.
   using ASInt::operator==;
+  /// As ASInt has it.
   using ASInt::operator<;
 
   /// The seconds of a text of the form "2004-07-01 13:45:00" (UTC): six decimal numbers are read at the positions 0,

@@ -16,13 +16,17 @@ class CORVANE_API ASVStr : public ASStr {
   int GetDBType() const override;
 
   /// A null Str or pointer sets NULL. Otherwise the first `capacity` bytes are taken, and the rest of the buffer is
-  /// filled with NUL.
+  /// filled with NUL. The binding stays.
+  /// @{
   ASVStr& operator=(Str const& text) override;
   ASVStr& operator=(char const* text) override;
   ASVStr& operator=(ASStr const& text) override;
   ASVStr& operator=(ASVStr const& text) { return *this = static_cast<Str const&>(text); }
+  /// @}
 
+  /// Compares two columns by their values; an exact match, which the language prefers to the other forms.
   bool operator==(ASVStr const& text) const { return *this == static_cast<Str const&>(text); }
+  /// As ASStr has it.
   using ASStr::operator==;
 };
 

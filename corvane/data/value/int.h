@@ -40,8 +40,8 @@ class CORVANE_API Int : public virtual numeric {
     value_ = other.value_;
     return *this;
   }
-  /// Assigns a plain integer of any type; -2147483648 sets NULL. Throws AException "Number is out of range for Int. "
-  /// when it does not fit; the value is then unchanged.
+  /// Assigns a plain integer of any type; -2147483648 sets NULL. When it does not fit, throws AException
+  /// "Number is out of range for Int. "; the value is then unchanged.
   template <class T, std::enable_if_t<std::is_integral<T>::value, int> = 0>
   Int& operator=(T value) {
     value_ = corvane::Narrow<Int>(value);

@@ -39,8 +39,8 @@ class CORVANE_API Int64 : public virtual numeric {
     null_ = other.null_;
     return *this;
   }
-  /// Assigns a plain integer of any type and clears the null flag. Throws AException
-  /// "Number is out of range for Int64. " when it does not fit; the value is then unchanged.
+  /// Assigns a plain integer of any type and clears the null flag. When it does not fit, throws AException
+  /// "Number is out of range for Int64. "; the value is then unchanged.
   template <class T, std::enable_if_t<std::is_integral<T>::value, int> = 0>
   Int64& operator=(T value) {
     value_ = corvane::Narrow<Int64>(value);
