@@ -45,9 +45,15 @@ class CORVANE_API ASSimpleAttribute {
   ASDomain* Domain() const { return domain_; }
 
  protected:
+  /// Of no record, with no value.
   ASSimpleAttribute() = default;
+  /// Copies both pointers.
+  /// @{
   ASSimpleAttribute(ASSimpleAttribute const&) = default;
   ASSimpleAttribute& operator=(ASSimpleAttribute const&) = default;
+  /// @}
+
+  /// Stores both pointers. Neither is owned; either may be null.
   void SetColumn(ASDomain* domain, ASData* data) {
     domain_ = domain;
     data_ = data;
@@ -68,6 +74,7 @@ class CORVANE_API ASSimpleAttribute {
 /// the sources of what they return.
 class CORVANE_API ASAttribute : public ASSimpleAttribute {
  public:
+  /// An empty name and label, no flags, neither record nor value.
   ASAttribute();
   /// The name goes into statements as it stands, between backticks in those of records: NOT ESCAPED, and a backtick in
   /// it ends it.
@@ -75,8 +82,11 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   /// The name is NOT ESCAPED. `acType` is the application's own tag; `flags` are corvane::kKey and others, with |.
   ASAttribute(Str const& name, Str const& label, int acType, int flags);
   /// Copies everything, the pointers to record and value included; the buffer of an encrypted column is a new one.
+  /// @{
   ASAttribute(ASAttribute const& other);
   ASAttribute& operator=(ASAttribute const& other);
+  /// @}
+
   ~ASAttribute() override;
 
   /// Stores both pointers (neither is owned; either may be null) and gives an encrypted column its buffer. It neither
@@ -85,10 +95,14 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
 
   /// The record's Alias(), a dot and the name: "T140721.id"; the name alone without a record.
   Str Query() const override;
-  /// The name alone. References to name and label are valid until the column is assigned or destroyed.
+  /// The name alone.
   Str SimpleQuery() const { return names_->name; }
+  /// The name and the label by reference, valid until the column is assigned to or destroyed.
+  /// @{
   Str const& Name() const { return names_->name; }
   Str const& Label() const { return names_->label; }
+  /// @}
+
   /// The application's tag; the library only stores and copies it.
   int ACType() const { return acType_; }
 
@@ -107,25 +121,30 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   /// `==` with a column marked by `++`: an outer join. The marked column's record becomes the optional side, the other
   /// one's the required side, the text the ON condition; the left one's mark comes first. Only this `==` and the one
   /// with a value look at the mark.
+  /// @{
   ASComparison operator==(ASAttribute const& other) const;
   ASComparison operator!=(ASAttribute const& other) const;
   ASComparison operator>(ASAttribute const& other) const;
   ASComparison operator<(ASAttribute const& other) const;
   ASComparison operator>=(ASAttribute const& other) const;
   ASComparison operator<=(ASAttribute const& other) const;
+  /// @}
 
   /// Comparisons with a value, written as corvane::Literal() does (a text up to its first NUL): "a='x'", "a<>'x'",
   /// "a>5". With a NULL value: "a IS NULL " and "a IS NOT NULL ", and for the other four " 0 = 1 ". `==` with the
   /// column marked by `++`: an outer join without required side.
+  /// @{
   ASComparison operator==(basic_type const& value) const;
   ASComparison operator!=(basic_type const& value) const;
   ASComparison operator>(basic_type const& value) const;
   ASComparison operator<(basic_type const& value) const;
   ASComparison operator>=(basic_type const& value) const;
   ASComparison operator<=(basic_type const& value) const;
+  /// @}
 
   /// Comparisons with a number: "a=5", "a<>5", "a>2.5"; a character is one, too. Servers refuse a double that is not
   /// finite (error 1054).
+  /// @{
   ASComparison operator==(int number) const;
   ASComparison operator!=(int number) const;
   ASComparison operator>(int number) const;
@@ -162,8 +181,10 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   corvane::IfOtherNumber<T, ASComparison> operator<=(T number) const {
     return Compare(corvane::Relation::kLessEqual, number);
   }
+  /// @}
 
   /// Comparisons with a text, escaped: "a='x'", "a<>'x'", "a>'x'". A null pointer counts as a NULL value.
+  /// @{
   ASComparison operator==(char const* text) const;
   ASComparison operator!=(char const* text) const;
   ASComparison operator>(char const* text) const;
@@ -176,14 +197,18 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   ASComparison operator<(std::string_view text) const;
   ASComparison operator>=(std::string_view text) const;
   ASComparison operator<=(std::string_view text) const;
+  /// @}
 
   /// "a LIKE 'x%'" and "a NOT LIKE 'x%'", the pattern escaped; with an escape character " ESCAPE '!'" behind it. That
   /// character alone is NOT ESCAPED: servers refuse the quote and the backslash (error 1064). A null pattern counts as
   /// "".
+  /// @{
   ASComparison Like(char const* pattern, char escape = 0) const;
   ASComparison Like(std::string_view pattern, char escape = 0) const;
   ASComparison NotLike(char const* pattern, char escape = 0) const;
   ASComparison NotLike(std::string_view pattern, char escape = 0) const;
+  /// @}
+
   /// "a LIKE CONCAT(b, '%') ", with an escape character "ESCAPE '!' " behind it. Names the left record alone.
   ASComparison Like(ASAttribute const& prefix, char escape = 0) const;
   /// "a IS NULL", without the blank that `==` writes behind it.
@@ -191,21 +216,31 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   /// "a IS NOT NULL".
   ASComparison IsNotNull() const;
   /// "a IN (b)" and "a NOT IN (b)"; mostly with ASFilter::Select(). Name the left record alone.
+  /// @{
   ASComparison In(ASAttribute const& other) const;
   ASComparison NotIn(ASAttribute const& other) const;
+  /// @}
+
   /// "a BETWEEN '1' AND '5'": texts and values of any kind (numbers as well) are quoted, as their getstr() has them,
   /// and NOT ESCAPED: never with untrusted text. A null pointer counts as "".
+  /// @{
   ASComparison Between(basic_type const& low, basic_type const& high) const;
   ASComparison Between(char const* low, char const* high) const;
   ASComparison Between(std::string_view low, std::string_view high) const;
+  /// @}
+
   /// "a BETWEEN 1 AND 5", each number as it is.
+  /// @{
   ASComparison Between(double const& low, double const& high) const;
   ASComparison Between(int low, int high) const;
   template <class T, class U>
   corvane::IfOtherNumbers<T, U, ASComparison> Between(T low, U high) const {
     return BetweenNumbers(low, high);
   }
+  /// @}
+
   /// "a BETWEEN '1' AND 5": a value, NOT ESCAPED, and a number, each as above.
+  /// @{
   template <class T>
   corvane::IfNumber<T, ASComparison> Between(basic_type const& low, T high) const {
     return BetweenMixed(low, high);
@@ -214,6 +249,8 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   corvane::IfNumber<T, ASComparison> Between(T low, basic_type const& high) const {
     return BetweenMixed(low, high);
   }
+  /// @}
+
   /// "a BETWEEN b AND c". Names the left record alone.
   ASComparison Between(ASAttribute const& low, ASAttribute const& high) const;
   /// " Intersects(a,GeomFromText('POLYGON((0 0,0 1,1 1,0 0))'))". `points` is the ring, blanks between the coordinates
@@ -222,13 +259,19 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
 
   /// Derived columns, for conditions, projections and orders. They have neither record nor value.
   /// " ABS(a)", " UPPER(a)", " LOWER(a)".
+  /// @{
   ASAttribute Abs() const;
   ASAttribute Upper() const;
   ASAttribute Lower() const;
-  /// " INSTR(a, 'x')", the text escaped (null counts as ""), and " INSTR(a, RTRIM(b))".
+  /// @}
+
+  /// Derived columns likewise: " INSTR(a, 'x')", the text escaped (null counts as ""), and " INSTR(a, RTRIM(b))".
+  /// @{
   ASAttribute InStr(char const* text) const;
   ASAttribute InStr(std::string_view text) const;
   ASAttribute InStr(ASAttribute const& other) const;
+  /// @}
+
   /// A copy marked for an outer join, with record and value: `++a == b` makes a's record the optional side.
   ASAttribute operator++() const;
 
@@ -236,12 +279,15 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   /// object, which must outlive every use of the statement: `std::unique_ptr<ASGroupAttribute> const sum(a.Sum());`
   /// `project << *sum`. Each is read into this column's own value, which may be of another type than the aggregate and
   /// can hold only one of them: give it another by Register().
+  /// @{
   ASGroupAttribute* Sum() const;
   ASGroupAttribute* Average() const;
   ASGroupAttribute* Max() const;
   ASGroupAttribute* Min() const;
   ASGroupAttribute* Count() const;
   ASGroupAttribute* CountDistinct() const;
+  /// @}
+
   /// `text` as a column of a projection which does not count as plain, read into this column's value. NOT ESCAPED.
   ASGroupAttribute Expression(Str const& text) const;
 

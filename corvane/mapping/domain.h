@@ -45,18 +45,25 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   /// Neither is owned; both must outlive the record's use.
   ASDomain& Add(ASAttribute& attribute, ASData& data);
 
+  /// The table's name and the label as given; the label of a copy is "COPY". The references are valid as long as the
+  /// record lives.
+  /// @{
   Str const& Name() const { return name_; }
   Str const& Label() const { return label_; }
+  /// @}
+
   /// The table's name as stored.
   Str SimpleQuery() const { return name_; }
   /// "T" and the record's address in decimal: unlike that of any other living record.
   Str Alias() const;
   /// The table reference of a FROM clause: `prefix`, the name with each "." replaced by prefix + "." + suffix,
-  /// `suffix`, a blank and the alias. With backticks "`shop`.`items` T140721". All of it is NOT ESCAPED.
+  /// `suffix`, a blank and the alias. With backticks: ``"`shop`.`items` T140721"``. All of it is NOT ESCAPED.
   Str Query(Str const& prefix, Str const& suffix) const;
-  /// Alias() and Query() without a text of their own, NOT ESCAPED.
+  /// Append what Alias() and Query() give, without a text of their own; NOT ESCAPED.
+  /// @{
   void AppendAlias(Str& out) const { out.Append(alias_.text, alias_.length); }
   void AppendQuery(Str& out, std::string_view prefix, std::string_view suffix) const;
+  /// @}
 
   /// Sets every value NULL.
   void SetNull();
@@ -71,10 +78,13 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   bool operator==(ASDomain const& other) const;
   /// Lexicographic order over the same positions; a key column without value comes first.
   bool operator<(ASDomain const& other) const;
+  /// The other comparisons, by `==` and `<`.
+  /// @{
   bool operator!=(ASDomain const& other) const { return !(*this == other); }
   bool operator>(ASDomain const& other) const { return other < *this; }
   bool operator<=(ASDomain const& other) const { return !(other < *this); }
   bool operator>=(ASDomain const& other) const { return !(*this < other); }
+  /// @}
 
  private:
   friend class ASAttribute;

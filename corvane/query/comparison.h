@@ -27,9 +27,13 @@ class CORVANE_API ASComparison {
   /// An outer join: `text` is its ON condition, NOT ESCAPED; the WHERE text is empty and no record is named by it.
   static ASComparison OuterJoin(Str text, ASDomain* requiredSide, ASDomain* optionalSide);
 
+  /// Copy or move all of it, the outer joins too.
+  /// @{
   ASComparison(ASComparison const&);
   ASComparison(ASComparison&&);
+  /// @}
   ~ASComparison();
+
   /// Takes over the text and the record types, but not the outer joins: this condition keeps its own. So initialise,
   /// `ASComparison c = ++a == b;`, and do not assign. Containers that assign lose joins, too.
   // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it does nothing, as its members' own does
@@ -37,13 +41,19 @@ class CORVANE_API ASComparison {
 
   /// "(this) AND (other)": this condition is changed and returned (a constant one is copied); an empty side leaves the
   /// text to the other one. The other's record types that are not named yet, and its outer joins, are added.
+  /// @{
   ASComparison& operator&&(ASComparison const& other) &;
   ASComparison operator&&(ASComparison const& other) &&;
   ASComparison operator&&(ASComparison const& other) const&;
-  /// "(this) OR (other)" likewise; but the other's outer joins are dropped.
+  /// @}
+
+  /// "(this) OR (other)", otherwise as `&&`; but the other's outer joins are dropped.
+  /// @{
   ASComparison& operator||(ASComparison const& other) &;
   ASComparison operator||(ASComparison const& other) &&;
   ASComparison operator||(ASComparison const& other) const&;
+  /// @}
+
   /// " NOT (this) ", a new condition which names no record type and has no outer joins: combine it with one that does.
   /// AN ASDELETER WHOSE WHOLE CONDITION IS A NEGATION DROPS IT AND DELETES EVERY ROW OF ITS TABLE; write
   /// `a.IsNotNull() && !(a == 3)`.
@@ -51,11 +61,14 @@ class CORVANE_API ASComparison {
 
   /// The text; empty for an outer join alone.
   Str Query() const { return text_; }
-  /// Without duplicates, in order of first appearance; never a null pointer.
+  /// The record types that are named, without duplicates, in order of first appearance; never a null pointer among
+  /// them. The list stays where it is, and changes with the condition.
   std::list<ASDomain*> const& Domains() const;
-  /// One for each outer-join condition, in the same order as JoinConditions(), their ON texts.
+  /// One for each outer-join condition, in order: its two records, and its ON text.
+  /// @{
   std::list<JoinPair> const& JoinPairs() const { return joinPairs_; }
   std::list<Str> const& JoinConditions() const { return joinConditions_; }
+  /// @}
 
  private:
   friend class ASFilter;

@@ -26,29 +26,42 @@ class CORVANE_API ASExpression {
  public:
   /// Empty: renders nothing.
   ASExpression();
-  /// One constant: "'7'", "'2.5'", "'text'".
+  /// One constant: "'7'", "'2.5'", "'text'". A null pointer is the keyword NULL.
+  /// @{
   ASExpression(int number);
   template <class T, std::enable_if_t<corvane::kIsNumber<T> && !std::is_same<T, int>::value, int> = 0>
   ASExpression(T number) : ASExpression(corvane::Number(number)) {}
   ASExpression(char const* text);
   ASExpression(std::string_view text);
+  /// @}
+
   /// A template of exactly std::string, so that nothing that becomes one is taken for it.
   template <class S, std::enable_if_t<std::is_same<S, std::string>::value, int> = 0>
   ASExpression(S const& text) : ASExpression(std::string_view(text)) {}
-  /// The value's getstr(), as of now.
+  /// The value's getstr(), as of now; a NULL value is the keyword NULL.
   ASExpression(basic_type const& value);
   /// One column: its Query(), as of when the expression is rendered; of a temporary one, as of now.
+  /// @{
   ASExpression(ASAttribute const& attribute);
   ASExpression(ASAttribute const&& attribute);
+  /// @}
+
   /// As if it copied the whole tree, but not the columns that it points to.
+  /// @{
   ASExpression(ASExpression const& other);
   ASExpression& operator=(ASExpression const& other);
+  /// @}
+
   ~ASExpression();
 
+  /// The tree of both: "T1.a + '1'", "T1.a - '1'", "T1.a * '1'", "T1.a / '1'", without parentheses. Neither side is
+  /// changed.
+  /// @{
   ASExpression operator+(ASExpression const& right) const;
   ASExpression operator-(ASExpression const& right) const;
   ASExpression operator*(ASExpression const& right) const;
   ASExpression operator/(ASExpression const& right) const;
+  /// @}
 
   /// The text: "T1.a + '1' * T1.b".
   Str Query() const;
@@ -94,7 +107,9 @@ class CORVANE_API ASExpression {
   bool finite_ = true;  // so are all constants in the tree
 };
 
-/// With a column on the left: as the expression of that column. On the right may stand whatever makes an expression.
+/// With a column on the left: as the expression of that column; of a temporary one the text is kept. On the right may
+/// stand whatever makes an expression.
+/// @{
 CORVANE_API ASExpression operator+(ASAttribute const& left, ASExpression const& right);
 CORVANE_API ASExpression operator-(ASAttribute const& left, ASExpression const& right);
 CORVANE_API ASExpression operator*(ASAttribute const& left, ASExpression const& right);
@@ -103,5 +118,6 @@ CORVANE_API ASExpression operator+(ASAttribute const&& left, ASExpression const&
 CORVANE_API ASExpression operator-(ASAttribute const&& left, ASExpression const& right);
 CORVANE_API ASExpression operator*(ASAttribute const&& left, ASExpression const& right);
 CORVANE_API ASExpression operator/(ASAttribute const&& left, ASExpression const& right);
+/// @}
 
 #endif

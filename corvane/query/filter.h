@@ -20,56 +20,75 @@ class ASGroupComparison;
 /// is binary contract.
 class CORVANE_API ASFilter {
  public:
+  /// Projects nothing and has no condition.
   ASFilter();
+  /// Copies all of it: hint, GroupBy() and outer joins too, which assigning does not.
   ASFilter(ASFilter const&);
   /// Copies the projection (as its own assignment does), the WHERE and the HAVING; not the hint, not GroupBy().
   ASFilter& operator=(ASFilter const& other);
   virtual ~ASFilter();
 
   /// The select list; stream columns into it. Without any, "*" is selected.
+  /// @{
   ASProject& Project() { return projection_; }
   ASProject const& Project() const { return projection_; }
+  /// @}
+
   /// The same after Project().Distinct(): call it once.
   ASProject& DistinctProject();
   /// The columns of an explicit GROUP BY; stream them into it. Without any, a select list that mixes plain columns and
   /// aggregates is grouped by its plain columns, and so is every query with a HAVING. Its columns name no tables.
+  /// @{
   ASProject& GroupBy() { return groupProjection_; }
   ASProject const& GroupBy() const { return groupProjection_; }
+  /// @}
 
   /// Sets the condition: " WHERE " and its text. A condition without text (an outer join alone) leaves the one before.
   /// Always replaces the outer joins, and adds the condition's records to those of an earlier one: after a second call
   /// a record that was outer-joined before stands in the FROM clause without a condition.
+  /// @{
   ASFilter& Where(ASComparison const& condition) { return Set(condition); }
   ASFilter& Where(ASComparison&& condition) { return Set(std::move(condition)); }
   ASFilter& Set(ASComparison const& condition);
   ASFilter& Set(ASComparison&& condition);
+  /// @}
+
   /// Appends " HAVING " and the text; call it once, servers refuse a second one.
   ASFilter& Having(ASGroupComparison const& condition);
   /// Appends " START WITH " and the text of `start`, if that names a record, then " CONNECT BY PRIOR " and that of
   /// `prior`. MySQL and MariaDB refuse both (error 1064). Call it behind Where(), which would drop it.
   ASFilter& ConnectBy(ASComparison const& prior, ASComparison const& start);
-  /// Sets what stands between "/*+ " and " */" behind SELECT; an empty text takes it away. NOT ESCAPED: "*/" ends it.
+  /// Sets an optimizer hint: a comment with a plus sign at its beginning, behind the word SELECT; Query() shows it. An
+  /// empty text takes it away. NOT ESCAPED: the two characters that end a comment end this one.
   ASFilter& Hint(Str const& hint);
 
   /// " EXISTS (SELECT ...)" and " NOT EXISTS (SELECT ...)", conditions that name no record. To correlate them, compare
   /// an inner column with an outer one by In() or Between(): these name the inner record alone, while `==` would list
   /// the outer one in the sub-query's FROM too, and so compare with all its rows.
+  /// @{
   ASComparison Exists() const;
   ASComparison NotExists() const;
+  /// @}
+
   /// The statement as a column, for In(), NotIn() and `==`: "a IN (SELECT ...)".
   ASAttribute Select() const;
   /// " ANY (SELECT ...)" as a column, for `!=`, `>` and the like; with `==` and In() servers refuse it (error 1064).
   ASAttribute Any() const;
 
-  /// "SELECT /*+ hint */a, SUM(b) FROM (t T1, u T2) WHERE c GROUP BY a  HAVING d", each part only when there is
-  /// something to say.
+  /// The statement, each part only when there is something to say:
+  /// @code{.unparsed}
+  /// SELECT /*+ hint */a, SUM(b) FROM (t T1, u T2) WHERE c GROUP BY a  HAVING d
+  /// @endcode
   virtual Str Query() const;
 
  protected:
   /// " WHERE ..." and what ConnectBy() wrote behind it, for the statements of derived classes; null without a
   /// condition. What is written there is NOT ESCAPED.
+  /// @{
   Str const& Condition() const { return where_; }
   Str& ConditionForUpdate() { return where_; }
+  /// @}
+
   /// Takes over all of the other filter, its outer joins too, which assigning would lose.
   void CopyWhole(ASFilter const& other);
 

@@ -17,15 +17,18 @@ class CORVANE_API ASGroupComparison {
 
   /// "(this) AND (other)", "(this) OR (other)": this condition is changed and returned (a constant one is copied); an
   /// empty side leaves the text to the other one. The other's record types are added.
+  /// @{
   ASGroupComparison& operator&&(ASGroupComparison const& other) &;
   ASGroupComparison operator&&(ASGroupComparison const& other) &&;
   ASGroupComparison operator&&(ASGroupComparison const& other) const&;
   ASGroupComparison& operator||(ASGroupComparison const& other) &;
   ASGroupComparison operator||(ASGroupComparison const& other) &&;
   ASGroupComparison operator||(ASGroupComparison const& other) const&;
+  /// @}
 
+  /// The text.
   Str Query() const { return text_; }
-  /// Ordered by address; never a null pointer.
+  /// The record types that are named, ordered by address; never a null pointer among them.
   std::set<ASDomain*> const& Domains() const { return domains_; }
 
  private:

@@ -20,6 +20,7 @@ class CORVANE_API ASOrder {
   /// Appends the text, NOT ESCAPED, behind ", " unless the list is empty.
   ASOrder& operator<<(Str const& text);
 
+  /// The list as it stands behind ORDER BY: "a DESC, b ASC"; empty without an entry.
   Str Query() const { return text_; }
 
  private:
@@ -31,12 +32,17 @@ class CORVANE_API ASOrder {
 };
 
 /// A new list: the other one, ", " (even behind an empty one, which servers refuse) and "a DESC" or "a ASC".
+/// @{
 CORVANE_API ASOrder operator-(ASOrder const& order, ASAttribute const& attribute);
 CORVANE_API ASOrder operator-(ASOrder&& order, ASAttribute const& attribute);
 CORVANE_API ASOrder operator+(ASOrder const& order, ASAttribute const& attribute);
 CORVANE_API ASOrder operator+(ASOrder&& order, ASAttribute const& attribute);
+/// @}
+
 /// Appends "SUM(a) DESC" or "SUM(a) ASC" to the list itself, which needs a name, as `<<` does, and returns it.
+/// @{
 CORVANE_API ASOrder& operator-(ASOrder& order, ASGroupAttribute const& aggregate);
 CORVANE_API ASOrder& operator+(ASOrder& order, ASGroupAttribute const& aggregate);
+/// @}
 
 #endif

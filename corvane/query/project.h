@@ -21,20 +21,28 @@ class ASSimpleAttribute;
 /// (`project << a.Upper()`) is copied and kept. Nothing here throws but memory exhaustion (std::bad_alloc).
 class CORVANE_API ASProject {
  public:
+  /// Without columns and keywords.
   ASProject();
+  /// Copies all of it, the outer joins too.
   ASProject(ASProject const&);
   /// Copies both texts, the columns and the record types; not the keywords, the binary positions and the outer joins.
   ASProject& operator=(ASProject const& other);
   ~ASProject();
 
   /// Appends a plain column to the select list and to the GROUP BY list: "a, b". Adds its record.
+  /// @{
   ASProject& operator<<(ASAttribute const& attribute);
   ASProject& operator<<(ASAttribute const&& attribute);
+  /// @}
+
   /// Appends an aggregate to the select list alone. A null pointer is ignored; otherwise the caller keeps the object
   /// and deletes it after the query is done: `project << a.Sum()` leaks it, hold it in a std::unique_ptr.
+  /// @{
   ASProject& operator<<(ASGroupAttribute const& aggregate);
   ASProject& operator<<(ASGroupAttribute const&& aggregate);
   ASProject& operator<<(ASGroupAttribute const* aggregate);
+  /// @}
+
   /// Appends "DISTINCT " to the select list: call it once, before the first column; servers refuse other uses.
   void Distinct();
   /// Empties both texts, the columns and the record types; keeps keywords, binary positions and outer joins.
@@ -48,17 +56,20 @@ class CORVANE_API ASProject {
   Str GroupQuery() const { return GroupText(); }
   /// A select list with names, "a AS Q1, b AS Q2", for a derived table ALIAS, and the list that selects from that:
   /// "ALIAS.Q1, ALIAS.Q2".
+  /// @{
   Str ProjectForLimitInternalQuery() const;
   Str ProjectForLimitQuery() const;
+  /// @}
+
   /// What stands before and behind each table name from now on: the session's getKWPrefix() and getKWSuffix(). Cursors
   /// set them; a projection on its own begins without. They are NOT ESCAPED. They are no part of what is projected,
   /// hence const.
   void setKW(Str const& prefix, Str const& suffix) const;
 
-  /// The FROM clause of a SELECT: "(`t` T1, `u` T2) LEFT JOIN `v` T3 ON (c1 AND c2) LEFT JOIN `w` T4 ON (c3)". A record
-  /// that is the optional side of an outer join is left out of the parentheses. The required sides are not looked at:
-  /// they must have been named by a column or a condition. A condition for a record that has been joined already goes
-  /// into the ON clause that is open then. Empty without records.
+  /// The FROM clause of a SELECT: ``"(`t` T1, `u` T2) LEFT JOIN `v` T3 ON (c1 AND c2) LEFT JOIN `w` T4 ON (c3)"``. A
+  /// record that is the optional side of an outer join is left out of the parentheses. The required sides are not
+  /// looked at: they must have been named by a column or a condition. A condition for a record that has been joined
+  /// already goes into the ON clause that is open then. Empty without records.
   Str JoinQuery() const;
   /// The same without the parentheses around the plain tables, for UPDATE and DELETE.
   Str JoinForDeleteQuery() const;

@@ -9,6 +9,7 @@ class ASExpression;
 /// One assignment of an UPDATE, made by ASAttribute::Set(). Column and expression are not owned and must outlive it.
 class CORVANE_API ASSetter {
  public:
+  /// Assigns `value` to `target`; neither may be a null pointer.
   ASSetter(ASAttribute const* target, ASExpression const* value) : target_(target), value_(value) {}
 
   /// "T1.a = T1.a + '5'". Throws AException "Value has no SQL form, it is not a finite number: a. " when the expression
