@@ -43,11 +43,14 @@ class CORVANE_API Number {
   enum class Kind { kSigned, kUnsigned, kReal };
 
   Kind kind_;
+  // The members of an unnamed union would pass for public ones in the reference.
+  /// @cond
   union {
     long long signed_;
     unsigned long long unsigned_;
     double real_;
   };
+  /// @endcond
 };
 
 /// `Result` for a number.

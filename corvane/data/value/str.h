@@ -40,7 +40,7 @@ class CORVANE_API Str : public virtual basic_type {
   /// Empty (not null), with room for `capacity` bytes; a negative capacity counts as 0.
   explicit Str(int capacity);
   template <class T, std::enable_if_t<std::is_same<T, char>::value, int> = 0>
-  explicit Str(T) = delete;  // a character is no capacity: append it with `<<`
+  explicit Str(T) = delete;  ///< a character is no capacity: append it with `<<`
   /// Copies the whole standard string, never null. A template of exactly std::string, so that a braced pair of
   /// literals is never taken for one.
   template <class S, std::enable_if_t<std::is_same<S, std::string>::value, int> = 0>
@@ -72,7 +72,7 @@ class CORVANE_API Str : public virtual basic_type {
   Str& operator<<(unsigned long long number);
   /// @}
 
-  /// Appends `length` bytes as they stand.
+  /// Appends `length` bytes as they stand, which may lie in the text itself; a null text is not null afterwards.
   Str& Append(char const* bytes, std::size_t length) {
     if (inPlace_ || text_ == nullptr || length > capacity_ - length_) return AppendGrowing(bytes, length);
     if (length > 0) std::memmove(text_ + length_, bytes, length);  // they may be the text's own
@@ -94,7 +94,7 @@ class CORVANE_API Str : public virtual basic_type {
   Str operator+(char c) const;
   /// @}
 
-  Str operator+(int) const = delete;  // neither a digit nor pointer arithmetic: append with `<<`
+  Str operator+(int) const = delete;  ///< neither a digit nor pointer arithmetic: append with `<<`
 
   /// Byte-wise comparisons; a null text or null pointer counts as the empty text.
   /// @{
@@ -204,6 +204,7 @@ class CORVANE_API Str : public virtual basic_type {
 
 /// A new text of both; null when both sides are.
 CORVANE_API Str operator+(char const* left, Str const& right);
+/// Neither a digit nor pointer arithmetic: append with `<<`.
 Str operator+(int, Str const&) = delete;
 /// The comparisons of Str with the text on the left: byte-wise, a null text or null pointer counting as the empty text.
 /// @{
