@@ -79,8 +79,12 @@ class CORVANE_API ASSession {
   /// The parts are NOT ESCAPED: a user name cannot hold a ":", a password no "@". Without a "/" behind the database no
   /// host and no port are set.
   ASSession(Str const& connectionString, int debugLevel, bool exitOnError);
+  /// A session is not copied: its connections are its own.
+  /// @{
   ASSession(ASSession const&) = delete;
   ASSession& operator=(ASSession const&) = delete;
+  /// @}
+
   /// Closes the control connection. The database connections stay open until the process ends, and with them an open
   /// transaction and its locks: call Commit() or Rollback() first, or Disconnect() to close them. With CloseOnDestroy
   /// they are closed, and the server rolls back.
@@ -125,35 +129,47 @@ class CORVANE_API ASSession {
 
   /// Read-only mode: record SELECTs then do not lock their row, and write caches refuse to write. The session itself
   /// refuses nothing. ReadOnly() and ClearReadOnly() forget the saved states; PopReadOnly() without one does nothing.
+  /// @{
   void ReadOnly();
   void ClearReadOnly();
   void PushReadOnly();
   void PopReadOnly();
+  /// @}
+
+  /// 1 in read-only mode, else 0.
   int IsReadOnly() const { return readOnly_; }
 
-  /// Statement texts for one record. `mode` 0 writes key values as escaped literals; any other writes ":" and the
-  /// column name in their place; 2 also leaves out the WHERE clause of the SELECT. A NULL key is written as its text
-  /// form, which for numbers and GUIDs matches no row, for texts '' and for a time 'NULL'. A record without key columns
-  /// gives a statement without WHERE: an UPDATE or DELETE of EVERY ROW. Each throws AException for what has no SQL
-  /// form: a number that is not finite, a polygon of more than one ring, a value whose class is not what its type code
-  /// says.
+  /// The INSERT of a record, without an auto-increment key: ``"INSERT INTO `t` (`a`, `b`) VALUES ('1', NULL)"``.
   ///
-  /// "INSERT INTO `t` (`a`, `b`) VALUES ('1', NULL)", without an auto-increment key.
+  /// Of this statement text and of those below: `mode` 0 writes key values as escaped literals; any other writes ":"
+  /// and the column name in their place; 2 also leaves out the WHERE clause of the SELECT; the INSERT looks at none of
+  /// them. A NULL key is written as its text form, which for numbers and GUIDs matches no row, for texts '' and for a
+  /// time 'NULL'. A record without key columns gives a statement without WHERE: an UPDATE or DELETE of EVERY ROW. Each
+  /// throws AException for what has no SQL form: a number that is not finite, a polygon of more than one ring, a value
+  /// whose class is not what its type code says.
   Str InsertQuery(ASDomain const& record, int mode) const;
-  /// "SELECT `id`, `a` FROM `t` WHERE `id`='1' FOR UPDATE", in read-only mode without " FOR UPDATE".
+  /// The SELECT of a record: ``"SELECT `id`, `a` FROM `t` WHERE `id`='1' FOR UPDATE"``, in read-only mode without
+  /// " FOR UPDATE". As InsertQuery() says of mode, keys and errors.
   Str SelectQuery(ASDomain const& record, int mode) const;
-  /// "UPDATE `t` SET `a`='1', `b`=NULL WHERE `id`='1'".
+  /// The UPDATE of a record: ``"UPDATE `t` SET `a`='1', `b`=NULL WHERE `id`='1'"``. WITHOUT KEY COLUMNS IT CHANGES
+  /// EVERY ROW. As InsertQuery() says of mode, keys and errors.
   Str UpdateQuery(ASDomain const& record, int mode) const;
-  /// "DELETE FROM `t` WHERE `id`='1'".
+  /// The DELETE of a record: ``"DELETE FROM `t` WHERE `id`='1'"``. WITHOUT KEY COLUMNS IT DELETES EVERY ROW. As
+  /// InsertQuery() says of mode, keys and errors.
   Str DeleteQuery(ASDomain const& record, int mode) const;
-  /// "INSERT INTO `tArc` (id, a) SELECT id, a FROM `t` WHERE id='1'": archives the row. Column names are bare and key
-  /// values are NOT ESCAPED: never with keys of untrusted text.
+  /// Archives the row of a record: ``"INSERT INTO `tArc` (id, a) SELECT id, a FROM `t` WHERE id='1'"``. Column names
+  /// are bare and key values are NOT ESCAPED: never with keys of untrusted text.
   Str SaveQuery(ASDomain const& record, int mode) const;
 
-  /// Build with mode 0 and run; return the number of affected rows.
+  /// Write the statement with mode 0, run it by Execute(), and return the number of affected rows. WITHOUT KEY COLUMNS
+  /// Update() AND Delete() CONCERN EVERY ROW; with SafeMode on they throw
+  /// "SafeMode refuses a statement without a condition. " then.
+  /// @{
   unsigned long Insert(ASDomain const& record);
   unsigned long Update(ASDomain const& record);
   unsigned long Delete(ASDomain const& record);
+  /// @}
+
   /// Builds with mode 0, runs, and returns Fetch().
   int Select(ASDomain& record);
   /// Copies the first row of the last statement's result into the record, column by column, and returns 1; 0 when there
@@ -167,10 +183,13 @@ class CORVANE_API ASSession {
   unsigned long RowsAffected() const { return rowsAffected_; }
   /// The auto-increment number that the last statement gave, narrowed to 32 bits: 2147483648 reads as NULL.
   Int GetInsertId();
+  /// The debug level given to the constructor.
   int DebugLevel() const { return debugLevel_; }
   /// What stands before and behind an identifier: the backtick.
+  /// @{
   Str const& getKWPrefix() const { return kwPrefix_; }
   Str const& getKWSuffix() const { return kwSuffix_; }
+  /// @}
 
   /// Whether the server answers on the main connection to a statement that does nothing ("DO 0"). Reopens nothing, logs
   /// nothing, throws nothing of its own. It is a statement like any other: take a result before, and ask GetInsertId().
@@ -179,13 +198,16 @@ class CORVANE_API ASSession {
   /// lost connection.
   void Disconnect();
 
-  /// Whether SafeMode is on: ASUpdater and ASDeleter then refuse to run a statement without a condition.
+  /// Whether SafeMode is on: Update() and Delete() then refuse a record without key columns, ASUpdater and ASDeleter a
+  /// statement without a condition.
   bool IsSafeMode() const;
 
-  /// No-ops of the interface.
+  /// No-ops of the interface: they do nothing, and return 0 and an empty text.
+  /// @{
   void Break() {}
   int Error() { return 0; }
   Str Error(int) { return ""; }
+  /// @}
 
  private:
   friend class ASCursor;

@@ -5,16 +5,24 @@
 
 #include "corvane/data/value/str.h"
 
+/// What a session's control connection is made of: TCP sockets.
 namespace IO {
 
 /// What the socket classes throw: the message names what failed and why.
 class CORVANE_API Exception : public std::exception {
  public:
+  /// A null message counts as empty.
   explicit Exception(char const* message);
+  /// Copies the message.
+  /// @{
   Exception(Exception const& other);
   Exception& operator=(Exception const& other);
+  /// @}
+
   ~Exception() override;
+  /// The message. Valid as long as the exception, and until it is assigned to.
   char const* what() const noexcept override;
+  /// A copy of what().
   Str Message() const;
 
  private:
@@ -27,10 +35,17 @@ class CORVANE_API TcpSocket {
   /// Connects to the first address of `host` that answers (the loopback address for an empty host).
   /// Throws Exception when there is none. An attempt may take `seconds`, at 0 and without as long as the system
   /// lets it last; looking the name up is not counted.
+  /// @{
   TcpSocket(Str const& host, int port, unsigned seconds);
   TcpSocket(Str const& host, int port);
+  /// @}
+
+  /// A socket is not copied: the descriptor is its own.
+  /// @{
   TcpSocket(TcpSocket const&) = delete;
   TcpSocket& operator=(TcpSocket const&) = delete;
+  /// @}
+
   ~TcpSocket();
 
   /// Waits for and reads up to `length` bytes. Returns how many, 0 when the peer has closed.
@@ -63,6 +78,7 @@ class Select {
   int milliseconds_;
 };
 
+/// Waits on a TcpSocket.
 using SelectTcpSocket = Select<TcpSocket>;
 
 }  // namespace IO
