@@ -23,20 +23,24 @@ class RealBlob;
 ///
 /// The cell of a column without value is not set.
 struct CORVANE_API UU {
+  /// The column's value, or the length of its bytes.
   union {
-    std::int32_t integer;
-    std::uint32_t length;
-    double number;
-    std::int64_t integer64;
-    RealBlob const* blob;
+    std::int32_t integer;    ///< of an integer or a time
+    std::uint32_t length;    ///< of what `extra` points to, as the table says
+    double number;           ///< of a double or a currency
+    std::int64_t integer64;  ///< of a 64-bit integer
+    RealBlob const* blob;    ///< of a large binary value; not owned
   } value;
+  /// What else there is of it.
   union {
-    char* text;
-    unsigned char const* bytes;
-    char const* constant;
-    unsigned char null;
+    char* text;                  ///< of a text or a GUID; not owned
+    unsigned char const* bytes;  ///< of a small binary value or a geometry; not owned
+    char const* constant;        ///< of a currency; a text that is never freed
+    unsigned char null;          ///< of a 64-bit integer: 1 for NULL
   } extra;
+  /// 2 in the cell of a currency; without meaning in others.
   std::int32_t mark;
+  /// Fills the cell up.
   std::int32_t unused;
 
   /// The first 32 bits.

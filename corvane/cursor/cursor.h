@@ -52,8 +52,12 @@ class CORVANE_API ASCursor : public virtual ASFilter {
  public:
   /// `session` may be null and be given later.
   explicit ASCursor(ASSession* session);
+  /// A cursor is not copied: rows and columns are its own.
+  /// @{
   ASCursor(ASCursor const&) = delete;
   ASCursor& operator=(ASCursor const&) = delete;
+  /// @}
+
   /// Of a filter: takes over its projection, WHERE and HAVING.
   using ASFilter::operator=;
   ~ASCursor() override;
@@ -63,16 +67,21 @@ class CORVANE_API ASCursor : public virtual ASFilter {
   /// Sets " LIMIT 10", with an offset " LIMIT 10 OFFSET 5"; replaces an earlier one.
   ASCursor& Limit(unsigned count, unsigned offset = 0);
   /// Appends to the ORDER BY list, behind ", " unless it is empty.
+  /// @{
   void Order(ASOrder const& order);
   void Order(ASOrder&& order);
+  /// @}
+
   /// Append " UNION ", " UNION ALL ", " INTERSECT " or " MINUS " and the other filter's statement as of now. MySQL and
   /// MariaDB refuse MINUS (error 1064). An operand's own ORDER BY or LIMIT is refused, too, or, of the last operand,
   /// holds for the whole. Order the whole by position or by bare name: `ASOrder("1")`. Throw "There is no session for
   /// cursor. " without a session.
+  /// @{
   ASCursor& Union(ASFilter const& other);
   ASCursor& UnionAll(ASFilter const& other);
   ASCursor& Intersect(ASFilter const& other);
   ASCursor& Minus(ASFilter const& other);
+  /// @}
 
   /// The whole statement: the filter's, the set operations, " ORDER BY ...", " LIMIT ..."; or the raw text alone.
   /// Throws "There is no session for cursor. " without a session, which a raw text does not need.

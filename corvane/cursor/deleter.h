@@ -30,15 +30,19 @@ class CORVANE_API ASDeleter : public virtual ASFilter {
   /// Takes over the record's table and alias; the record itself must outlive the condition's use only.
   explicit ASDeleter(ASDomain const& record);
   /// Copying and assigning take over the outer joins as well, which assigning an ASFilter does not.
+  /// @{
   ASDeleter(ASDeleter const&);
   ASDeleter& operator=(ASDeleter const& other);
+  /// @}
+
   ~ASDeleter() override;
 
   /// "DELETE FROM T1 USING t T1, u T2 WHERE T1.a=(T2.id)"; "DELETE FROM T1 USING t T1" when no record is named.
   Str Query() const override;
 
-  /// Runs Query() and returns the number of rows deleted. Throws what ASSession::Execute() throws, and "There is no
-  /// session for deleter. " for a null pointer. At debug level 2 and above the statement is logged.
+  /// Runs Query() and returns the number of rows deleted. Throws what ASSession::Execute() throws,
+  /// "There is no session for deleter. " for a null pointer, and "SafeMode refuses a statement without a condition. "
+  /// where the session is in safe mode. At debug level 2 and above the statement is logged.
   unsigned long Execute(ASSession* session) const;
 
  private:

@@ -27,8 +27,11 @@ class CORVANE_API ASUpdater : public virtual ASFilter {
   /// With its first assignment. Throws what ASSetter::Query() throws.
   explicit ASUpdater(ASSetter const& assignment);
   /// Copying and assigning take over the outer joins as well, which assigning an ASFilter does not.
+  /// @{
   ASUpdater(ASUpdater const&);
   ASUpdater& operator=(ASUpdater const& other);
+  /// @}
+
   ~ASUpdater() override;
 
   /// Appends ", " and the assignment; the first one's table is that of them all. Throws AException "Only single table
@@ -40,8 +43,9 @@ class CORVANE_API ASUpdater : public virtual ASFilter {
   Str Query() const override;
 
   /// Runs Query() and returns the number of rows that were changed; rows that held the new values already do not count.
-  /// Throws what ASSession::Execute() throws, and "There is no session for updater. " for a null pointer. At debug
-  /// level 2 and above the statement is logged.
+  /// Throws what ASSession::Execute() throws, "There is no session for updater. " for a null pointer, and
+  /// "SafeMode refuses a statement without a condition. " where the session is in safe mode. At debug level 2 and above
+  /// the statement is logged.
   unsigned long Execute(ASSession* session) const;
 
  private:
