@@ -1,7 +1,7 @@
 #ifndef CORVANE_CORVANE_H
 #define CORVANE_CORVANE_H
 
-/// The whole public interface.
+// The whole public interface.
 
 #include "corvane/cache/cache.h"
 #include "corvane/cache/insertable_cache.h"

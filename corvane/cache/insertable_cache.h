@@ -9,11 +9,16 @@
 /// The order of the virtual functions is binary contract.
 class CORVANE_API ASInsertableCache : public virtual ASSimpleCache {
  public:
+  /// Leaves session and switch to ASSimpleCache: for derived classes that give them to that one.
   ASInsertableCache();
   /// Also gives session and switch to an ASSimpleCache that was constructed without: derived classes need not name it.
   ASInsertableCache(ASSession* session, int n);
+  /// A cache is not copied: its store is its own.
+  /// @{
   ASInsertableCache(ASInsertableCache const&) = delete;
   ASInsertableCache& operator=(ASInsertableCache const&) = delete;
+  /// @}
+
   ~ASInsertableCache() override;
 
   /// Inserts this record by ASSession::InsertQuery() and remembers it. An auto-increment key is numbered by the server

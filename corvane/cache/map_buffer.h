@@ -11,9 +11,14 @@
 /// of a cursor.
 class CORVANE_API MapBuffer {
  public:
+  /// Empty: no block yet.
   MapBuffer() = default;
+  /// A buffer is not copied: its content points into it.
+  /// @{
   MapBuffer(MapBuffer const&) = delete;
   MapBuffer& operator=(MapBuffer const&) = delete;
+  /// @}
+
   /// Frees the block and the binary values.
   ~MapBuffer();
 
@@ -33,8 +38,10 @@ class CORVANE_API MapBuffer {
 
   /// Keep a copy of the bytes, which stays where it is as long as the buffer lives. `bytes` may be null when `length`
   /// is 0. Throw std::bad_alloc.
+  /// @{
   RealBlob const* KeepBlob(unsigned length, void const* bytes);
   unsigned char const* KeepBytes(void const* bytes, std::size_t length);
+  /// @}
 
  private:
   bool Resize(std::size_t size);

@@ -46,8 +46,12 @@ class CORVANE_API ASSimpleCache : public virtual ASDomain {
   ASSimpleCache();
   /// `n` is what the write caches call the save-first switch; nothing else reads it.
   ASSimpleCache(ASSession* session, int n);
+  /// A cache is not copied: its store is its own.
+  /// @{
   ASSimpleCache(ASSimpleCache const&) = delete;
   ASSimpleCache& operator=(ASSimpleCache const&) = delete;
+  /// @}
+
   ~ASSimpleCache() override;
 
   /// A negative `index`: the record with the key that this one holds, from the store, or else from the server by the

@@ -19,11 +19,16 @@
 /// The order of the virtual functions is binary contract.
 class CORVANE_API ASUpdatableCache : public virtual ASSimpleCache {
  public:
+  /// Leaves session and switch to ASSimpleCache: for derived classes that give them to that one.
   ASUpdatableCache();
   /// Also gives session and switch to an ASSimpleCache that was constructed without: derived classes need not name it.
   ASUpdatableCache(ASSession* session, int n);
+  /// A cache is not copied: its store is its own.
+  /// @{
   ASUpdatableCache(ASUpdatableCache const&) = delete;
   ASUpdatableCache& operator=(ASUpdatableCache const&) = delete;
+  /// @}
+
   ~ASUpdatableCache() override;
 
   /// Writes this record by ASSession::UpdateQuery() and remembers it in place of the stored one with its key; while

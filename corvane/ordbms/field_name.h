@@ -8,9 +8,14 @@ namespace ORDBMS {
 /// The position and the name of a result column.
 class CORVANE_API field_name : public Str {
  public:
+  /// The text is the name.
   field_name(int position, Str const& name);
+  /// Copies position and name.
+  /// @{
   field_name(field_name const&);
   field_name& operator=(field_name const&);
+  /// @}
+
   ~field_name() override;
 
   /// As given; the library counts nothing by it.

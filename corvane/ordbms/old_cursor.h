@@ -35,8 +35,10 @@ class CORVANE_API old_cursor : public ASCursor, public virtual old_filter {
 
   /// Append "name DESC", NOT ESCAPED, and "2 DESC" to the order, behind ", " unless that is empty. A code that is none
   /// gives no word.
+  /// @{
   void orderby(Str const& column, sort_order order);
   void orderby(int position, sort_order order);
+  /// @}
 
   /// Reads the result: its columns go to those that were streamed into Project(), then to those of the record given to
   /// SetRecord(), in their order, wherever the select list came from. Does nothing on an open cursor but take the

@@ -32,13 +32,17 @@ class CORVANE_API old_filter : public virtual ASFilter {
                                         corvane::IfOtherNumbers<Low, High, old_filter&>>;
 
  public:
+  /// Without tables, columns and condition.
   old_filter();
+  /// Copies all of it.
   old_filter(old_filter const&);
   /// As ASFilter's, and the tables of Join().
   old_filter& operator=(old_filter const& other);
   ~old_filter() override;
 
+  /// As ASFilter has it.
   using ASFilter::Project;
+  /// As ASFilter has it.
   using ASFilter::Set;
 
   /// Each appends to the condition: Set() begins it with " WHERE ", And() and Or() go on with " AND " and " OR ".
@@ -46,28 +50,44 @@ class CORVANE_API old_filter : public virtual ASFilter {
   ///
   /// " WHERE name=value", the value as it stands: with its quotes. A code that is none gives no operator. A text column
   /// given by value is such a text, too: give its address to have it quoted.
+  /// @{
   old_filter& Set(Str const& field, Str const& value, comparison code);
   old_filter& And(Str const& field, Str const& value, comparison code);
   old_filter& Or(Str const& field, Str const& value, comparison code);
+  /// @}
+
   /// " WHERE name='value'", as the value's getstr() has it. A NULL value, or a null pointer: " WHERE name IS NULL " for
   /// EQUAL, " WHERE name IS NOT NULL " for NOT_EQUAL, and " WHERE 0 = 1 " for all else.
+  /// @{
   old_filter& Set(Str const& field, basic_type const* value, comparison code);
   old_filter& And(Str const& field, basic_type const* value, comparison code);
   old_filter& Or(Str const& field, basic_type const* value, comparison code);
+  /// @}
+
   /// " WHERE name IS NULL", " WHERE name IS NOT NULL".
+  /// @{
   old_filter& Set(Str const& field, null_comparison code);
   old_filter& And(Str const& field, null_comparison code);
   old_filter& Or(Str const& field, null_comparison code);
+  /// @}
+
   /// " WHERE name BETWEEN 1 AND 5".
+  /// @{
   old_filter& Set(Str const& field, int low, int high);
   old_filter& And(Str const& field, int low, int high);
   old_filter& Or(Str const& field, int low, int high);
+  /// @}
+
   /// " WHERE name BETWEEN 1.500000 AND 5.000000": six decimals, in every locale. What is not finite servers refuse
   /// (error 1054).
+  /// @{
   old_filter& Set(Str const& field, double low, double high);
   old_filter& And(Str const& field, double low, double high);
   old_filter& Or(Str const& field, double low, double high);
+  /// @}
+
   /// Numbers of other types: integers in full, an integer beside a double as one.
+  /// @{
   template <class Low, class High>
   IfOtherRange<Low, High> Set(Str const& field, Low low, High high) {
     return AddRange(" WHERE ", field, low, high);
@@ -80,10 +100,14 @@ class CORVANE_API old_filter : public virtual ASFilter {
   IfOtherRange<Low, High> Or(Str const& field, Low low, High high) {
     return AddRange(" OR ", field, low, high);
   }
+  /// @}
+
   /// A code is a number, too: this would be BETWEEN. Give the value as a text, or by its address.
+  /// @{
   old_filter& Set(Str const& field, int value, comparison code) = delete;
   old_filter& And(Str const& field, int value, comparison code) = delete;
   old_filter& Or(Str const& field, int value, comparison code) = delete;
+  /// @}
 
   /// Appends to the select list, behind ", " unless that is empty. Without any, "*" is selected.
   old_filter& Project(Str const& column);
@@ -94,8 +118,10 @@ class CORVANE_API old_filter : public virtual ASFilter {
   /// text's characters, and what is returned of it are the lower 32 bits. So every table has an alias of its own, as
   /// long as the texts live, and another one in every run. Servers refuse the same text twice (error 1066). A column is
   /// qualified by `Str("P") << reinterpret_cast<unsigned long>(table)`, with a Str's voidptr().
+  /// @{
   int Join(Str const& table);
   int Join(char const* table);
+  /// @}
 
   /// "SELECT code FROM country P94271 WHERE name='Italy'".
   Str Query() const override;

@@ -30,12 +30,15 @@ class CORVANE_API Rdbms {
   /// cursor's record. Names are compared as Simplify() has them; of several the first counts. An unbound value has the
   /// name "EMPTY". Throws A Str, NOT AN AException, when there is no such column; its text is unreadable: groups of the
   /// character U+FFFD around the name, as it was given. Throws AException when the values are of different types.
+  /// @{
   static void GetField(old_cursor& cursor, ASData& value);
   static void GetField(old_cursor& cursor, basic_type& value, Str const& name);
+  /// @}
 
   /// A name in upper case (ASCII letters only), cut at its first blank and at 32 bytes: "order date" gives "ORDER".
   static Str Simplify(Str const& name);
 
+  /// What SetSession() has set.
   static ASSession* session;
 };
 
