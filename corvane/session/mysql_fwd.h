@@ -6,7 +6,9 @@
 // this file with the tags of that one.
 struct st_mysql;
 struct st_mysql_res;
+/// A connection of the client library. To use it include `<mysql.h>`.
 typedef struct st_mysql MYSQL;
+/// A result of the client library. To use it include `<mysql.h>`; free it with `mysql_free_result`.
 typedef struct st_mysql_res MYSQL_RES;
 
 #endif
