@@ -59,7 +59,8 @@ class CORVANE_API ASDomain : public std::list<ASAttribute*, ASAllocator<ASAttrib
   /// The table reference of a FROM clause: `prefix`, the name with each "." replaced by prefix + "." + suffix,
   /// `suffix`, a blank and the alias. With backticks: ``"`shop`.`items` T140721"``. All of it is NOT ESCAPED.
   Str Query(Str const& prefix, Str const& suffix) const;
-  /// Append what Alias() and Query() give, without a text of their own; NOT ESCAPED.
+  /// Append what Alias() and Query() give, without a text of their own; NOT ESCAPED. Prefix and suffix must not lie in
+  /// `out`.
   /// @{
   void AppendAlias(Str& out) const { out.Append(alias_.text, alias_.length); }
   void AppendQuery(Str& out, std::string_view prefix, std::string_view suffix) const;
