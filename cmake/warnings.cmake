@@ -1,5 +1,9 @@
-# What our own sources are compiled with; never imposed on users of the library.
+# What our own sources are compiled with; never imposed on users of the library, nor shown to a project that has this
+# one as a part.
 function(corvane_enable_warnings target)
+  if(NOT PROJECT_IS_TOP_LEVEL AND NOT CORVANE_WERROR)
+    return()
+  endif()
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual
     -Wmissing-declarations -Wcast-qual -Wundef

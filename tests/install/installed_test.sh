@@ -1,35 +1,28 @@
-#!/bin/sh
-# installed_test.sh BUILD_DIR SOURCE_DIR COMPILER: installs the built library into a scratch folder, builds the consumer
-# against it by find_package and by pkg-config, and runs both. The library must not be found anywhere else.
-set -eu
-build=$1 source=$2 compiler=$3
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-prefix=$folder/prefix
-expected="7 'it\\'s'
-1
-Incompatible types for ASStr::operator == (). 
-refused"
+#!/bin/bash
+# installed_test.sh WAY BUILD_DIR SOURCE_DIR COMPILER [STANDARD]: installs the built library into a scratch folder,
+# builds the consumer against it by WAY, find_package or pkg_config, and runs it. 77 (skipped) without the compiler.
+set -euo pipefail
+way=$1 build=$2 source=$3 compiler=$4 standard=${5:-17}
+type -P "$compiler" >/dev/null || { echo "no $compiler here"; exit 77; }
+# shellcheck source-path=SCRIPTDIR
+. "$source/tests/install/scratch.sh"
 
-check() {
-  printed=$("$@" 2>"$folder/stderr")
-  [ "$printed" = "$expected" ] || { echo "$1 printed:"; echo "$printed"; exit 1; }
-}
-
-cmake --install "$build" --prefix "$prefix" >"$folder/install.log"
+prefix=$folder/prefix project=$folder/project
+install_into "$prefix"
+make_project "$way" "$project"
 library=$(dirname "$(find "$prefix" -name libcorvane.mysql.so)")
-readelf -d "$library/libcorvane.mysql.so" | grep -q 'SONAME.*libcorvane\.mysql\.so\.[0-9]'
-if find "$prefix" -path '*internal*' | grep .; then echo "private headers are installed"; exit 1; fi
-
-generator=$(sed -n 's/^CMAKE_GENERATOR:INTERNAL=//p' "$build/CMakeCache.txt")
-cmake -G "$generator" -S "$source/tests/install/consumer" -B "$folder/cmake" -DCMAKE_PREFIX_PATH="$prefix" \
-  -DCMAKE_CXX_COMPILER="$compiler" >"$folder/configure.log"
-cmake --build "$folder/cmake" >"$folder/build.log" || { cat "$folder/build.log"; exit 1; }
-check "$folder/cmake/consumer"
-
-PKG_CONFIG_PATH=$library/pkgconfig
-export PKG_CONFIG_PATH
-# shellcheck disable=SC2046  # flags are words
-"$compiler" -std=c++17 -Wall -Wextra -Werror "$source/tests/install/consumer/main.cpp" -o "$folder/by_pkg_config" \
-  $(pkg-config --cflags --libs corvane)
-LD_LIBRARY_PATH=$library check "$folder/by_pkg_config"
+if [[ $way == find_package ]]; then
+  configure "$project" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_STANDARD="$standard" \
+    -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+  grep -Eq -e "-std=(gnu|c)\+\+($standard|2b) " "$project/build/compile_commands.json" || fail "not C++$standard"
+  quietly cmake --build "$project/build"
+  ninja -C "$project/build" -t deps >"$project/headers"
+  ! grep -E 'mysql\.h|/boost/' "$project/headers" || fail "the client library's headers or Boost were read"
+  grep -q "$prefix/include/corvane/corvane.h" "$project/headers" || fail "these are not the installed headers"
+  runs "$project/build/consumer"
+  ldd "$project/build/consumer" | grep -q "libcorvane\.mysql\.so\.0 => $library/" || fail "another library was found"
+else
+  PKG_CONFIG_PATH=$library/pkgconfig quietly make -C "$project" CXX="$compiler"
+  runs "$project/consumer"
+fi
+count 1 "consumers of the installed library built" "compiles without warnings, finds the library, prints"
