@@ -17,8 +17,9 @@ for part in program.cpp expected; do
   [ -s "$folder/$part" ] || { echo "$page shows no $part"; exit 1; }
 done
 
+if grep -q '^#include <gtest/' "$folder/program.cpp"; then googletest=-lgtest; else googletest=; fi
 "$compiler" -std=c++17 -Wall -Wextra -Werror "$@" "$folder/program.cpp" -o "$folder/program" \
-  "$library" "-Wl,-rpath,$(dirname "$library")"
+  "$library" "-Wl,-rpath,$(dirname "$library")" $googletest
 
 # shellcheck disable=SC2153  # these come from the environment
 where="$CORVANE_TEST_DATABASE/$CORVANE_TEST_HOST:$CORVANE_TEST_PORT"
