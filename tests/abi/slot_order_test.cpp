@@ -67,6 +67,15 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(Numeric, SlotOrder, testing::Values(SlotRow{"end", SlotCount<numeric>(), 13}));
 
+// They override those of basic_type and add none.
+INSTANTIATE_TEST_SUITE_P(Value, SlotOrder,
+                         testing::Values(SlotRow{"Str", SlotCount<Str>(), 13}, SlotRow{"Int", SlotCount<Int>(), 13},
+                                         SlotRow{"Int64", SlotCount<Int64>(), 13},
+                                         SlotRow{"Double", SlotCount<Double>(), 13},
+                                         SlotRow{"Blob", SlotCount<Blob>(), 13},
+                                         SlotRow{"RealBlob", SlotCount<RealBlob>(), 13},
+                                         SlotRow{"Guid", SlotCount<Guid>(), 13}));
+
 INSTANTIATE_TEST_SUITE_P(
     Data, SlotOrder,
     testing::Values(SlotRow{"IsNull", Slot(&ASData::IsNull), 2}, SlotRow{"SetNull", Slot(&ASData::SetNull), 4},
@@ -171,6 +180,13 @@ INSTANTIATE_TEST_SUITE_P(
                     SlotRow{"=(ASStr)", Slot<ASVStr, ASVStr&(ASStr const&)>(&ASVStr::operator=), 17},
                     SlotRow{"end", SlotCount<ASVStr>(), 22}));
 
+// Those of ASData, and none of their own.
+INSTANTIATE_TEST_SUITE_P(Binary, SlotOrder,
+                         testing::Values(SlotRow{"ASBlob", SlotCount<ASBlob>(), 15},
+                                         SlotRow{"ASGeometry", SlotCount<ASGeometry>(), 15},
+                                         SlotRow{"ASRealBlob", SlotCount<ASRealBlob>(), 15},
+                                         SlotRow{"ASGuid", SlotCount<ASGuid>(), 15}));
+
 // ---- columns and records
 
 INSTANTIATE_TEST_SUITE_P(SimpleAttribute, SlotOrder,
@@ -250,6 +266,17 @@ INSTANTIATE_TEST_SUITE_P(Cache, SlotOrder,
                                          SlotRow{"Get(ASDomain)", Slot<ASCache, void(ASDomain&)>(&ASCache::Get), 5},
                                          SlotRow{"Clear", Slot(&ASCache::Clear), 6},
                                          SlotRow{"end", SlotCount<ASCache>(), 7}));
+
+// ---- exceptions
+
+// The one of std::exception is the last.
+INSTANTIATE_TEST_SUITE_P(Exception, SlotOrder,
+                         testing::Values(SlotRow{"what", Slot(&AException::what), 2},
+                                         SlotRow{"end", SlotCount<AException>(), 3}));
+
+INSTANTIATE_TEST_SUITE_P(IoException, SlotOrder,
+                         testing::Values(SlotRow{"what", Slot(&IO::Exception::what), 2},
+                                         SlotRow{"end", SlotCount<IO::Exception>(), 3}));
 
 }  // namespace
 }  // namespace corvane::test
