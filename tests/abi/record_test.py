@@ -312,6 +312,13 @@ class TestRelease(Scratch):
         self.assertEqual(status, 77)
         self.assertIn("git fetch --unshallow", text)
 
+    def test_before_1_0_nothing_has_to_be_compared(self) -> None:
+        shutil.rmtree(self.tree / ".git")
+        self.write([self.EXPORTS[0].replace(".so.1", ".so.0"), *self.EXPORTS[1:]])
+        status, text = self.check()
+        self.assertEqual(status, 0)
+        self.assertIn("NOT COMPARED", text)
+
     def test_a_release_without_record_says_that_it_cannot_compare(self) -> None:
         self.git("rm", "-r", "--quiet", release.RECORDED)
         self.commit()

@@ -3,7 +3,7 @@
 have to go on working: what it has must be there, unless the SONAME says that the library is another one.
 
 Exits with 1 when something is gone or has changed, and with 77 where there is nothing to compare with: no git, no
-history, or only the end of it.
+history, or only the end of it. Before 1.0 that is no reason to skip: nothing is promised yet.
 """
 
 from __future__ import annotations
@@ -79,16 +79,20 @@ def compare(release: str, before: dict[str, list[str]], now: dict[str, list[str]
 
 def main() -> int:
     tree = Path(sys.argv[1])
+    record = read_record(tree / RECORDED)
     try:
         history = History(tree)
         release = history.last_release()
         if release is None:
             print("There is no release yet, so nothing binds.")
             return 0
-        return compare(release, history.record(release), read_record(tree / RECORDED))
+        return compare(release, history.record(release), record)
     except CannotCompare as reason:
         print(f"NOT COMPARED with the last release: {reason}")
-        return NOTHING_TO_COMPARE
+        if soname_major(record) > 0:
+            return NOTHING_TO_COMPARE
+        print("Before 1.0 a release may break what the one before had.")
+        return 0
 
 
 if __name__ == "__main__":
