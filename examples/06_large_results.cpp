@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int kReadings = 10000;
+constexpr int kReadings = 4000;
 
 struct Reading : ASDomain {
   Reading() : ASDomain("example_reading", "") { Add(idColumn, id).Add(degreesColumn, degrees).Add(noteColumn, note); }
@@ -30,7 +30,7 @@ struct Reading : ASDomain {
 
 // Many rows by few statements.
 void Fill(ASSession& session) {
-  constexpr int rowsOfAStatement = 2500;
+  constexpr int rowsOfAStatement = 1000;
   for (int id = 1; id <= kReadings;) {
     Str insert("INSERT INTO example_reading VALUES ");
     for (int i = 0; i < rowsOfAStatement; ++i, ++id) {
@@ -60,7 +60,7 @@ void CompareMemory(ASSession& session) {
 
 // By the key, not by an offset: each page starts where the last one ended, and costs the same however far it is.
 void ReadByPages(ASSession& session) {
-  constexpr int rowsOfAPage = 1500;
+  constexpr int rowsOfAPage = 600;
   Reading reading;
   int last = 0, pages = 0, rows = 0;
   double sum = 0;

@@ -16,9 +16,11 @@ say() {
 
 say cmake --install "$build" --prefix "$folder/prefix"
 cp -r "$source/examples" "$folder/my copy"
+launcher=$(sed -n 's/^CMAKE_CXX_COMPILER_LAUNCHER:[A-Z]*=//p' "$build/CMakeCache.txt")
+export CCACHE_BASEDIR="$folder" CCACHE_NOHASHDIR=true  # should that be the launcher: the folder's name does not matter
 generator=$(sed -n 's/^CMAKE_GENERATOR:INTERNAL=//p' "$build/CMakeCache.txt")
 say cmake -G "$generator" -S "$folder/my copy" -B "$folder/my build" -DCMAKE_PREFIX_PATH="$folder/prefix" \
-  -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror"
+  -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_COMPILER_LAUNCHER="$launcher" -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror"
 say cmake --build "$folder/my build" --target examples --parallel 2
 
 count=0
