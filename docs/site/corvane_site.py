@@ -32,8 +32,8 @@ def in_repository(docname, target):
 
 
 def page_of(path, env):
-    if path in PAGES:
-        return PAGES[path]
+    if path in PAGES or re.fullmatch(r"examples/\d\d_\w+\.cpp", path):
+        return PAGES.get(path, "examples")
     name = re.sub(r"^docs/(.*)\.md$", r"\1", path)
     return name if name != path and name in env.found_docs else None
 
@@ -87,10 +87,21 @@ def inline_pictures(app, doctree, docname):
             continue  # Sphinx has complained
         svg = path.read_text()
         svg = re.sub(r"^.*?(?=<svg)", "", svg, flags=re.DOTALL)
-        svg = re.sub(r"^.*\{ --picture-.*\n", "", svg, flags=re.MULTILINE)  # the site's own colours
+        svg = re.sub(r"(?<=<style>\n)(.*)\n@media .*?dark\) \{ (.*) \}\n", follow_the_theme, svg)
         label = image.get("alt", "").replace("&", "&amp;").replace('"', "&quot;")
         svg = svg.replace("<svg ", f'<svg role="img" aria-label="{label}" ', 1)
         image.replace_self(nodes.raw("", f'<div class="picture" tabindex="0">{svg}</div>', format="html"))
+
+
+# Light or dark is a matter of the reader's choice in the page, too, not of the system alone.
+def follow_the_theme(colours):
+    light, dark = colours.groups()
+    chosen = 'body[data-theme="{}"] '
+    return (
+        f"{light}\n{chosen.format('dark')}{dark}\n"
+        f"@media screen and (prefers-color-scheme: dark) {{ {chosen.format('auto')}{dark} }}\n"
+        f"@media print {{ body {light} }}\n"
+    )
 
 
 # The first code span of a section that is just the name of a class, or of a member with its class, leads to its entry.
