@@ -23,6 +23,7 @@ html_title = f"Corvane {version}"
 html_static_path = [str(REPOSITORY / "docs/site/static")]
 html_css_files = ["corvane.css"]
 html_copy_source = False
+html_use_index = False
 html_show_sphinx = False
 html_show_copyright = False
 pygments_style = "friendly"

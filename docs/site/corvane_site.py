@@ -126,9 +126,9 @@ def link_names(app, doctree, docname):
 # A link that is written as the name of a file says the page's title.
 def name_pages(app, doctree, docname):
     for link in list(doctree.findall(nodes.reference)):
-        page, _, anchor = link.get("refuri", "").removesuffix("#").partition(".html")
+        page = link.get("refuri", "").partition(".html")[0]
         title = app.env.titles.get(posixpath.normpath(posixpath.join(posixpath.dirname(docname), page)))
-        if title is not None and not anchor and re.fullmatch(r"[\w/.-]+\.md", link.astext()):
+        if title is not None and re.fullmatch(r"[\w/.-]+\.md", link.astext()):
             link.children = []
             link += nodes.inline("", title.astext(), classes=["doc"])
 
