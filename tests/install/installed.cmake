@@ -15,6 +15,7 @@ add_test(NAME installed_quick_start COMMAND ${scripts}/quick_start_test.sh ${bui
 set_tests_properties(installed_quick_start PROPERTIES SKIP_RETURN_CODE 77 RESOURCE_LOCK server LABELS any_server)
 add_test(NAME installed_layouts COMMAND ${scripts}/layout_test.sh ${built} ${CMAKE_CXX_COMPILER})
 add_test(NAME installed_refusals COMMAND ${scripts}/refused_test.sh ${built} ${CMAKE_CXX_COMPILER})
+add_test(NAME installed_by_recipes COMMAND ${scripts}/recipes_test.sh ${built} ${CMAKE_CXX_COMPILER})
 
 foreach(way IN ITEMS add_subdirectory fetch_content)
   add_test(NAME part_by_${way}
