@@ -176,7 +176,8 @@ def class_lines(name):
     title = name.split("< ")[0]
     kind = "struct" if definition.get("kind") == "struct" else "class"
     include = [f"``#include <{header}>``", ""]
-    return [title, "-" * len(title), "", ".. rst-class:: api-header", ""] + include + directive(kind, [signature], content)
+    heading = [title, "-" * len(title), "", ".. rst-class:: api-header", ""]
+    return heading + include + directive(kind, [signature], content)
 
 
 def header_lines(path):
@@ -280,7 +281,7 @@ def reference(element, docname):
     if identifier not in TEXTS:
         return [nodes.Text(text_of(element))]
     link = addnodes.pending_xref(
-        "", refdomain="std", reftype="ref", reftarget=f"api-{identifier}", refexplicit=True, refdoc=docname, refwarn=True
+        "", refdomain="std", reftype="ref", reftarget=f"api-{identifier}", refdoc=docname, refexplicit=True
     )
     return [with_child(link, nodes.inline("", text_of(element)))]
 
