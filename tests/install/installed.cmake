@@ -22,3 +22,5 @@ foreach(way IN ITEMS add_subdirectory fetch_content)
     COMMAND ${scripts}/part_test.sh ${way} ${built} ${CMAKE_CXX_COMPILER} ${CMAKE_CXX_COMPILER_LAUNCHER})
   set_tests_properties(part_by_${way} PROPERTIES PROCESSORS 2 TIMEOUT 600)
 endforeach()
+add_test(NAME installed_as_shown
+  COMMAND ${scripts}/snippets_test.py ${PROJECT_SOURCE_DIR} README.md docs/install.md)

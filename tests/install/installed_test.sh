@@ -19,10 +19,10 @@ if [[ $way == find_package ]]; then
   ninja -C "$project/build" -t deps >"$project/headers"
   ! grep -E 'mysql\.h|/boost/' "$project/headers" || fail "the client library's headers or Boost were read"
   grep -q "$prefix/include/corvane/corvane.h" "$project/headers" || fail "these are not the installed headers"
-  runs "$project/build/consumer"
-  ldd "$project/build/consumer" | grep -q "libcorvane\.mysql\.so\.0 => $library/" || fail "another library was found"
+  runs "$project/build/program"
+  [[ $(ldd "$project/build/program") == *"libcorvane.mysql.so.0 => $library/"* ]] || fail "another library was found"
 else
   PKG_CONFIG_PATH=$library/pkgconfig quietly make -C "$project" CXX="$compiler"
-  runs "$project/consumer"
+  runs "$project/program"
 fi
 count 1 "consumers of the installed library built" "compiles without warnings, finds the library, prints"

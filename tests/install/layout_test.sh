@@ -21,7 +21,7 @@ serves() {  # PREFIX LIBDIR
   make_project find_package "$project"
   configure "$project" -DCMAKE_PREFIX_PATH="$prefix"
   quietly cmake --build "$project/build"
-  runs "$project/build/consumer"
+  runs "$project/build/program"
 
   eval "flags=($(PKG_CONFIG_PATH=$libdir/pkgconfig pkg-config --cflags --libs corvane))"  # blanks are escaped
   quietly "$compiler" -std=c++17 "$project/main.cpp" "${flags[@]}" -o "$project/by_pkg_config"
@@ -56,7 +56,7 @@ mv "$folder/staged/usr" "$folder/else where/moved"
 serves "$folder/else where/moved" "$folder/else where/moved/lib/x86_64-linux-gnu"
 
 prepare -DCMAKE_INSTALL_PREFIX="$folder/whole" -DCMAKE_INSTALL_LIBDIR="$folder/libraries of mine/lib" \
-  -DCMAKE_INSTALL_INCLUDEDIR="$folder/headers of mine"
+  -DCMAKE_INSTALL_INCLUDEDIR="headers of mine"
 quietly cmake --install "$folder/configured"
 serves "$folder/libraries of mine" "$folder/libraries of mine/lib"
 

@@ -3,7 +3,7 @@
 # this system, so that what they depend on is checked; builds README's program against them and runs it on a server;
 # and removes them. Needs nobody to be root.
 set -euo pipefail
-packages=$1 source=$2
+packages=$1 source=$2 build=$(realpath "$1")
 # shellcheck source-path=SCRIPTDIR
 . "$source/tests/install/scratch.sh"
 
@@ -36,7 +36,7 @@ project=$folder/project compiler=c++
 make_project find_package "$project"
 configure "$project" -DCMAKE_PREFIX_PATH="$root/usr"
 quietly cmake --build "$project/build"
-runs "$project/build/consumer"
+runs "$project/build/program"
 [[ -e $root/usr/share/doc/libcorvane-doc/html/index.html ]] || fail "the site is missing"
 
 dpkg_there --purge "${names[@]}"

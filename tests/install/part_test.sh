@@ -16,10 +16,10 @@ if [[ $way == add_subdirectory ]]; then  # a project that demands much
     -DCMAKE_CXX_STANDARD=23 -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror" -DCMAKE_UNITY_BUILD=ON -DBUILD_SHARED_LIBS=OFF
     -DCMAKE_COMPILE_WARNING_AS_ERROR=ON -DCMAKE_CXX_VISIBILITY_PRESET=hidden -DCMAKE_VISIBILITY_INLINES_HIDDEN=ON
     -DCMAKE_RUNTIME_OUTPUT_DIRECTORY="$project/out" -DCMAKE_LIBRARY_OUTPUT_DIRECTORY="$project/out")
-  program=$project/out/consumer
+  program=$project/out/program
 else
-  options+=(-DFETCHCONTENT_SOURCE_DIR_CORVANE="$source")
-  program=$project/build/consumer
+  options+=(-DCORVANE_ARCHIVE=unread.tar.gz -DFETCHCONTENT_SOURCE_DIR_CORVANE="$source")
+  program=$project/build/program
 fi
 configure "$project" "${options[@]}"
 

@@ -1,6 +1,6 @@
 # shellcheck shell=bash disable=SC2154 # the scripts beside this one set build, source and compiler
-# A scratch folder, and what is done with it.
-folder=$(mktemp -d)
+# A scratch folder, below what is built so that one left by a killed test is in nobody's way, and what is done with it.
+folder=$(mktemp -d "$build/scratch.XXXXXX")
 trap 'rm -rf "$folder"' EXIT
 
 fail() {

@@ -24,4 +24,4 @@ class CorvaneTestConan(ConanFile):
 
     def test(self):
         if can_run(self):
-            self.run(os.path.join(self.cpp.build.bindir, "consumer"), env="conanrun")
+            self.run(os.path.join(self.cpp.build.bindir, "program"), env="conanrun")
