@@ -18,7 +18,7 @@ if [[ $way == find_package ]]; then
   quietly cmake --build "$project/build"
   ninja -C "$project/build" -t deps >"$project/headers"
   ! grep -E 'mysql\.h|/boost/' "$project/headers" || fail "the client library's headers or Boost were read"
-  grep -q "$prefix/include/corvane/corvane.h" "$project/headers" || fail "these are not the installed headers"
+  grep -q "prefix/include/corvane/corvane.h" "$project/headers" || fail "these are not the installed headers"
   runs "$project/build/program"
   [[ $(ldd "$project/build/program") == *"libcorvane.mysql.so.0 => $library/"* ]] || fail "another library was found"
 else
