@@ -44,7 +44,7 @@ install(FILES ${PROJECT_BINARY_DIR}/corvane.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT corvane_development)
 
 # Side by side as in the source tree, so that the links hold; and the site, when ./run docs has built it.
-install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT corvane_documentation)
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT corvane_documentation)
 install(DIRECTORY docs examples
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT corvane_documentation PATTERN docs/site EXCLUDE)
 install(DIRECTORY build/docs/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT corvane_documentation OPTIONAL)
