@@ -42,6 +42,13 @@ shows_an_error() {  # TEXT
   grep -q "$1" "$folder/err" || fail "it does not say: $1"
 }
 
+tally() {  # COUNT WHAT
+  echo "$2: $1"
+  if [[ -n ${CORVANE_TALLY:-} ]]; then
+    printf '%d\t%s\tstatus 1, message, no table left behind\n' "$1" "$2" >>"$CORVANE_TALLY"
+  fi
+}
+
 leaves_nothing() {
   [[ -z $(sql "SELECT table_name FROM information_schema.tables WHERE table_schema = '$schema'") ]] ||
     fail "it leaves tables behind: $1"
@@ -103,7 +110,7 @@ fails_cleanly_at_each_statement() {
   done
   leaves_nothing "when one of $count statements is refused"
   ((count > 5)) || fail "only $count statements were refused"
-  echo "statements refused in turn: $((count - 1))"
+  tally $((count - 1)) "statements of examples refused in turn"
 }
 
 fails_cleanly_at_each_kind_of_statement() {
@@ -120,7 +127,7 @@ fails_cleanly_at_each_kind_of_statement() {
   try "$user:secret@$server"
   ((status == 0)) || fail "it ends with $status with all privileges"
   ((count > 1)) || fail "only $count kinds of statements were refused"
-  echo "kinds of statements refused in turn: $count"
+  tally $count "kinds of statements of examples refused in turn"
 }
 
 sql "CREATE DATABASE $schema; CREATE USER '$user'@'%' IDENTIFIED BY 'secret'"

@@ -3,7 +3,7 @@
 # installed library, and the programs start.
 set -eu
 build=$1 source=$2 compiler=$3
-folder=$(mktemp -d)
+folder=$(mktemp -d -p "${CORVANE_TEST_SERVER_DIR:-${TMPDIR:-/tmp}}")  # goes with the server, if not before
 trap 'rm -rf "$folder"' EXIT
 trap 'exit 143' TERM INT HUP
 

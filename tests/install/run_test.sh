@@ -5,7 +5,7 @@
 # shellcheck disable=SC2016  # what stubs do with their arguments
 set -euo pipefail
 source=$1
-top=$(mktemp -d)
+top=$(mktemp -d -p "${CORVANE_TEST_SERVER_DIR:-${TMPDIR:-/tmp}}")  # goes with the server, if not before
 trap 'chmod -R u+w "$top"; rm -rf "$top"' EXIT
 trap 'exit 143' TERM INT HUP
 tree="$top/a tree" bin=$top/bin
