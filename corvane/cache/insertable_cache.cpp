@@ -1,6 +1,7 @@
 #include "corvane/cache/insertable_cache.h"
 
 #include "corvane/session/ardbms.h"
+#include "corvane/session/internal/options.h"
 
 ASInsertableCache::ASInsertableCache() = default;
 
@@ -19,6 +20,7 @@ void ASInsertableCache::Insert() {
 
 void ASInsertableCache::Delete() {
   CheckWritable("Internal Error: Attempt to change data in const transaction. ");
+  corvane::internal::CheckKeys(Session(), *this);
   LogCommand("DELETE", kKeys);
   SaveFirst();
   session_->Execute(session_->DeleteQuery(*this, 0));

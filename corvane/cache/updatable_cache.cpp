@@ -1,6 +1,7 @@
 #include "corvane/cache/updatable_cache.h"
 
 #include "corvane/session/ardbms.h"
+#include "corvane/session/internal/options.h"
 
 ASUpdatableCache::ASUpdatableCache() = default;
 
@@ -10,6 +11,7 @@ ASUpdatableCache::~ASUpdatableCache() = default;
 
 void ASUpdatableCache::Put() {
   CheckWritable("Internal Error: Attempt to change data in const transaction. ");
+  corvane::internal::CheckKeys(Session(), *this);
   LogCommand("PUT", kAll);
   SaveFirst();
   session_->Execute(session_->UpdateQuery(*this, 0));

@@ -198,8 +198,8 @@ class CORVANE_API ASSession {
   /// lost connection.
   void Disconnect();
 
-  /// Whether SafeMode is on: Update() and Delete() then refuse a record without key columns, ASUpdater and ASDeleter a
-  /// statement without a condition.
+  /// Whether SafeMode is on: Update() and Delete() then refuse a record without key columns, caches do so in Put() and
+  /// Delete(), and ASUpdater and ASDeleter refuse a statement without a condition.
   bool IsSafeMode() const;
 
   /// No-ops of the interface: they do nothing, and return 0 and an empty text.

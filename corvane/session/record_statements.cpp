@@ -279,13 +279,6 @@ void AppendKeyCondition(Str& out, Quoted const& quoted, ASDomain const& record, 
   });
 }
 
-// In safe mode every row is too many.
-void CheckKeys(ASSession const& session, ASDomain const& record) {
-  if (!session.IsSafeMode()) return;
-  auto const isKey = [](ASAttribute const* attribute) { return attribute != nullptr && IsKey(*attribute); };
-  if (std::none_of(record.begin(), record.end(), isKey)) throw corvane::internal::WithoutCondition();
-}
-
 Str StartStatement(ASDomain const& record) {
   Str text;
   text.Reserve((record.size() + 2) * kColumnRoom);
@@ -336,6 +329,12 @@ void FetchField(ASData& data, char const* field, std::size_t length) {
 }
 
 }  // namespace
+
+void corvane::internal::CheckKeys(ASSession const& session, ASDomain const& record) {
+  if (!session.IsSafeMode()) return;
+  auto const isKey = [](ASAttribute const* attribute) { return attribute != nullptr && IsKey(*attribute); };
+  if (std::none_of(record.begin(), record.end(), isKey)) throw WithoutCondition();
+}
 
 Str ASSession::InsertQuery(ASDomain const& record, int /*mode*/) const {
   Quoted const quoted{kwPrefix_.View(), kwSuffix_.View()};
@@ -424,14 +423,14 @@ unsigned long ASSession::Insert(ASDomain const& record) {
 }
 
 unsigned long ASSession::Update(ASDomain const& record) {
-  CheckKeys(*this, record);
+  corvane::internal::CheckKeys(*this, record);
   Str const statement = UpdateQuery(record, kKeyValues);
   Log(debugLevel_, kLogFailures, "ASSession::Update   Query   ", statement, "\n");
   return Execute(statement);
 }
 
 unsigned long ASSession::Delete(ASDomain const& record) {
-  CheckKeys(*this, record);
+  corvane::internal::CheckKeys(*this, record);
   Str const statement = DeleteQuery(record, kKeyValues);
   Log(debugLevel_, kLogFailures, "ASSession::Delete   Query   ", statement, "\n");
   return Execute(statement);

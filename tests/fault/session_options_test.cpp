@@ -403,6 +403,12 @@ struct Keyless : ASDomain {
   ASAttribute valueColumn{"v"};
 };
 
+struct KeylessCache : ASCache {
+  explicit KeylessCache(ASSession* session) : ASDomain("t", "T"), ASCache(session, 1) { Add(valueColumn, value); }
+  ASInt value;
+  ASAttribute valueColumn{"v"};
+};
+
 Thrown const kWithoutCondition{0, "SafeMode refuses a statement without a condition. "};
 
 TEST_F(SafeMode, UpdaterRefusesToChangeEveryRow) {
@@ -498,6 +504,16 @@ TEST_F(SafeMode, RecordsWithoutKeysAreNeitherUpdatedNorDeleted) {
   session.Update(keyed);
   session.Delete(keyed);
   EXPECT_EQ(client.Calls().size(), 2U);
+}
+
+TEST_F(SafeMode, CachesWithoutKeysAreNeitherPutNorDeleted) {
+  ASSession& session = Safe();
+  KeylessCache cache(&session);
+  cache.value = 5;
+  EXPECT_EQ(ThrownBy([&] { cache.Put(); }), kWithoutCondition);
+  EXPECT_EQ(ThrownBy([&] { cache.Delete(); }), kWithoutCondition);
+  EXPECT_EQ(cache.value, 5);
+  EXPECT_THAT(client.Calls(), ElementsAre());
 }
 
 }  // namespace

@@ -7,6 +7,9 @@
 
 #include "corvane/data/value/exception.h"
 
+class ASDomain;
+class ASSession;
+
 namespace corvane::internal {
 
 /// How a connection is protected; each mode includes what those before it give.
@@ -53,6 +56,9 @@ bool IsUnsafeCharset(std::string const& name);
 
 /// What is thrown in safe mode for an UPDATE or DELETE of every row.
 AException WithoutCondition();
+
+/// Throws WithoutCondition() in safe mode for a record without key columns, which stands for every row.
+void CheckKeys(ASSession const& session, ASDomain const& record);
 
 }  // namespace corvane::internal
 
