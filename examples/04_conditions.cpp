@@ -46,10 +46,10 @@ std::string PatternOf(std::string const& words) {
 // Names the record it belongs to: a cursor takes its tables from conditions and columns.
 ASComparison ConditionOf(SearchForm const& form, Product const& product) {
   ASComparison condition("", nullptr, nullptr);  // the neutral start
-  if (!form.contains.empty()) condition&& product.nameColumn.Like(PatternOf(form.contains), '!');
-  if (form.atLeast) condition&& product.priceColumn >= *form.atLeast;
-  if (form.below) condition&& product.priceColumn < *form.below;
-  if (!form.exactly.empty()) condition&& product.nameColumn == form.exactly;
+  if (!form.contains.empty()) condition = condition && product.nameColumn.Like(PatternOf(form.contains), '!');
+  if (form.atLeast) condition = condition && product.priceColumn >= *form.atLeast;
+  if (form.below) condition = condition && product.priceColumn < *form.below;
+  if (!form.exactly.empty()) condition = condition && product.nameColumn == form.exactly;
   return condition;
 }
 
