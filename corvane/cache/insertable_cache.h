@@ -28,11 +28,10 @@ class CORVANE_API ASInsertableCache : public virtual ASSimpleCache {
   /// unchanged then.
   virtual void Insert();
   /// Deletes the row with this record's key by ASSession::DeleteQuery(), drops the stored one, and sets all values
-  /// NULL. WITHOUT KEY COLUMNS EVERY ROW GOES. A row that does not exist is not an error. Throws "Internal Error:
-  /// Attempt to change data in const transaction. " in read-only mode, and without key columns "SafeMode refuses a
-  /// statement without a condition. " in safe mode, both before anything is logged or sent, and what
-  /// ASSession::Execute() throws; record and store are unchanged then. With the save-first switch the key is NOT
-  /// ESCAPED.
+  /// NULL. WITHOUT KEY COLUMNS EVERY ROW GOES; safe mode refuses it. A row that does not exist is not an error. Throws
+  /// "Internal Error: Attempt to change data in const transaction. " or "SafeMode refuses a statement without a
+  /// condition. " before anything is logged or sent, and what ASSession::Execute() throws; record and store are
+  /// unchanged then. With the save-first switch the key is NOT ESCAPED.
   virtual void Delete();
 };
 

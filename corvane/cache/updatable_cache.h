@@ -31,12 +31,11 @@ class CORVANE_API ASUpdatableCache : public virtual ASSimpleCache {
 
   ~ASUpdatableCache() override;
 
-  /// Writes this record by ASSession::UpdateQuery() and remembers it in place of the stored one with its key; while
-  /// remembering is off, that one is only dropped. WITHOUT KEY COLUMNS EVERY ROW IS CHANGED. A row that does not exist
-  /// is not an error: nothing is changed then, and the record is remembered all the same. Throws "Internal Error:
-  /// Attempt to change data in const transaction. " in read-only mode, and without key columns "SafeMode refuses a
-  /// statement without a condition. " in safe mode, both before anything is logged or sent, and what
-  /// ASSession::Execute() throws; the store is unchanged then. With the save-first switch the key is NOT ESCAPED.
+  /// Writes this record by ASSession::UpdateQuery() and remembers it in place of the stored one with its key, also when
+  /// the table has no such row; while remembering is off, that one is only dropped. WITHOUT KEY COLUMNS EVERY ROW IS
+  /// CHANGED; safe mode refuses it. Throws "Internal Error: Attempt to change data in const transaction. " or "SafeMode
+  /// refuses a statement without a condition. " before anything is logged or sent, and what ASSession::Execute()
+  /// throws; the store is unchanged then. With the save-first switch the key is NOT ESCAPED.
   virtual void Put();
 };
 
