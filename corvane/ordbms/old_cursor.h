@@ -7,9 +7,7 @@
 
 namespace ORDBMS {
 
-/// Runs an old_filter, its own part or another one's, and hands out the rows as ASCursor does.
-///
-///     struct Country : ASDomain { ... };  // with the columns code and name
+/// Runs an old_filter, its own part or another one's, and hands out the rows as ASCursor does. With a record `Country`:
 ///
 ///     ORDBMS::old_cursor cursor(&session);
 ///     auto* const country = new Country;

@@ -7,7 +7,8 @@ class ASSession;
 
 /// Numbers that no other session or process gets: a table of one row counts them.
 ///
-///     CREATE TABLE invoice_numbers (Val INT NOT NULL); INSERT INTO invoice_numbers VALUES (0);
+///     session.Execute("CREATE TABLE invoice_numbers (Val INT NOT NULL)");
+///     session.Execute("INSERT INTO invoice_numbers VALUES (0)");
 ///
 ///     ASSequence numbers(&session, "invoice_numbers");
 ///     int const first = numbers.getNext();  // 1

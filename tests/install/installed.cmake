@@ -22,5 +22,11 @@ foreach(way IN ITEMS add_subdirectory fetch_content)
     COMMAND ${scripts}/part_test.sh ${way} ${built} ${CMAKE_CXX_COMPILER} ${CMAKE_CXX_COMPILER_LAUNCHER})
   set_tests_properties(part_by_${way} PROPERTIES PROCESSORS 2 TIMEOUT 600)
 endforeach()
-add_test(NAME installed_as_shown
-  COMMAND ${scripts}/snippets_test.py ${PROJECT_SOURCE_DIR} README.md docs/install.md)
+add_test(NAME installed_as_shown COMMAND ${scripts}/snippets_test.py ${PROJECT_SOURCE_DIR})
+add_test(NAME project_of_first-program COMMAND ${scripts}/page_project_test.sh
+  ${PROJECT_SOURCE_DIR}/docs/first-program.md first ${built} ${CMAKE_CXX_COMPILER})
+add_test(NAME project_of_private-server COMMAND ${scripts}/page_project_test.sh
+  ${PROJECT_SOURCE_DIR}/docs/private-server.md my_tests ${built} ${CMAKE_CXX_COMPILER}
+  "cmake_minimum_required(VERSION 3.25)" "project(my LANGUAGES CXX)" "enable_testing()"
+  "find_package(corvane REQUIRED)")
+set_tests_properties(project_of_first-program project_of_private-server PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 120)
