@@ -7,7 +7,9 @@
 
 namespace ORDBMS {
 
-/// Runs an old_filter, its own part or another one's, and hands out the rows as ASCursor does. With a record `Country`:
+/// Runs an old_filter, its own part or another one's, and hands out the rows as ASCursor does.
+///
+/// With a record type Country, whose columns are code and name:
 ///
 ///     ORDBMS::old_cursor cursor(&session);
 ///     auto* const country = new Country;

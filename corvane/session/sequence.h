@@ -9,7 +9,6 @@ class ASSession;
 ///
 ///     session.Execute("CREATE TABLE invoice_numbers (Val INT NOT NULL)");
 ///     session.Execute("INSERT INTO invoice_numbers VALUES (0)");
-///
 ///     ASSequence numbers(&session, "invoice_numbers");
 ///     int const first = numbers.getNext();  // 1
 ///
