@@ -34,7 +34,8 @@ class CorvaneConan(ConanFile):
         self.version = re.search(r"project\(corvane VERSION ([0-9.]+)", project).group(1)
 
     def export_sources(self):
-        for part in ("CMakeLists.txt", "README.md", "CHANGELOG.md", "cmake/*", "corvane/*", "docs/*", "examples/*"):
+        papers = ("README.md", "CHANGELOG.md", "CONTRIBUTING.md", "SECURITY.md")
+        for part in ("CMakeLists.txt", *papers, "cmake/*", "corvane/*", "docs/*", "examples/*"):
             copy(self, part, self._tree, self.export_sources_folder)
 
     def validate(self):

@@ -21,9 +21,15 @@ done
 for recipe in "$conan/conanfile.py" "$conan/test_package/conanfile.py"; do
   python3 -c 'import ast, sys; ast.parse(open(sys.argv[1]).read())' "$recipe" || fail "$recipe is not Python"
 done
-for part in $(sed -n 's/^ *for part in (\(.*\)):$/\1/p' "$conan/conanfile.py" | tr -d '",*'); do
-  [[ -e $source/$part ]] || fail "the Conan recipe copies $part, which is not there"
+# What the Conan recipe exports is enough to configure and install.
+mkdir -p "$folder/exported/build"
+for part in $(sed -nE 's/^ *(for part in|papers =) \((.*)\):?$/\2/p' "$conan/conanfile.py" | sed 's/\*papers//' | tr -d '",*'); do
+  cp -r "$source/$part" "$folder/exported" || fail "the Conan recipe copies $part, which is not there"
 done
+quietly cmake -G Ninja -S "$folder/exported" -B "$folder/exported/build" -DCMAKE_CXX_COMPILER="$compiler" \
+  -DCORVANE_BUILD_TESTS=OFF -DCORVANE_BUILD_EXAMPLES=OFF
+cp -a "$build"/libcorvane.mysql.so* "$folder/exported/build"
+quietly cmake --install "$folder/exported/build" --prefix "$folder/conan"
 
 cat >"$folder/vcpkg.cmake" <<'END'
 set(PORT corvane)
