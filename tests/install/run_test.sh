@@ -80,6 +80,8 @@ says "run: ./run format knows no '--chek'; did you mean --check?
 ./run help format says what there is."
 try 2 lint everything
 try 2 demo --puase
+try 2 demo everything
+try 2 abi --accept everything
 try 2 fuzz 3x
 try 2 torture soon
 try 2 test --server postgres

@@ -3,6 +3,7 @@
 
 abi() {  # [--accept | --since [REVISION]]
   local check=(tests/abi/record.py --library build/debug/libcorvane.mysql.so --work build/abi/record) status=0
+  if (($# > 1)) && [[ $1 != --since || $# -gt 2 ]]; then misused "./run abi knows no '${*: -1}'"; fi
   case ${1:-} in
     "" | --accept) need abi "${build_packages[@]}" git python3 ;;
     --since) need abi "${build_packages[@]}" git abigail-tools ;;
@@ -12,7 +13,8 @@ abi() {  # [--accept | --since [REVISION]]
   case ${1:-} in
     --accept)
       "${check[@]}" --accept
-      git diff --stat -- tests/abi/recorded
+      echo "Recorded in tests/abi/recorded."
+      if git rev-parse 2>/dev/null; then git diff --stat -- tests/abi/recorded; fi
       ;;
     --since) abi_since "${2:-}" ;;
     *)
