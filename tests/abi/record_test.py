@@ -286,7 +286,7 @@ class TestRelease(Scratch):
         self.assertEqual(self.check(), (0, "The record has all of v1.10.0.\n"))
 
     def test_a_candidate_and_other_tags_do_not_bind(self) -> None:
-        for tag in ("v1.0.0-rc1", "very-good", "1.0"):
+        for tag in ("v1.0.0-rc1", "v0.9.0", "very-good", "1.0"):
             self.git("tag", tag)
         self.write(self.EXPORTS[:-1])
         self.assertEqual(self.check()[0], 0)

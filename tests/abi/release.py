@@ -18,7 +18,7 @@ sys.dont_write_bytecode = True
 from record import differences, read_record  # noqa: E402
 
 RECORDED = "tests/abi/recorded"
-RELEASE = re.compile(r"v\d+(\.\d+)*")  # others, as v1.0.0-rc1, bind to nothing
+RELEASE = re.compile(r"v[1-9]\d*(\.\d+)*")  # others, as v0.2.0 and v1.0.0-rc1, bind to nothing
 NOTHING_TO_COMPARE = 77
 
 
