@@ -32,6 +32,7 @@ ASProject::~ASProject() = default;
 ASProject& ASProject::operator=(ASProject const& other) {
   if (this == &other) return *this;
   ASProject copy(other);  // first, so that memory exhaustion leaves no column behind whose owner is gone
+  if (!plainOnly_) copy.KeepGroupText();
   std::swap(projectText_, copy.projectText_);
   std::swap(groupText_, copy.groupText_);
   std::swap(plainOnly_, copy.plainOnly_);
@@ -95,7 +96,6 @@ Str& ASProject::ProjectQueryForUpdate() {
 void ASProject::Clear() {
   projectText_.SetNull();
   groupText_.SetNull();
-  plainOnly_ = true;
   items_.clear();
   domains_.clear();
   kept_.clear();
@@ -154,7 +154,8 @@ std::string_view ASProject::Append(ASSimpleAttribute const& listed, ASSimpleAttr
   return projectText_.View().substr(begin);
 }
 
-// Before the select list becomes another one than the plain columns.
+// Before the select list becomes another one than the plain columns. From then on there are two texts for good: whoever
+// was given the one for writing may hold it beyond Clear() and an assignment.
 void ASProject::KeepGroupText() {
   if (!plainOnly_) return;
   groupText_ = projectText_;

@@ -249,6 +249,21 @@ TEST_F(Project, AColumnCalledDistinctIsAPlainColumn) {
   EXPECT_EQ(Text(p.GroupQuery()), "DISTINCT , o.id");
 }
 
+TEST_F(Project, WhatIsWrittenThroughAnOldReferenceIsNotGroupedBy) {
+  Str& list = p.ProjectQueryForUpdate();
+  p.Clear();
+  list << "NOW(), ";
+  p << o.idColumn;
+  EXPECT_EQ(Text(p.GroupQuery()), "o.id");
+  ASProject plain;
+  plain << o.noteColumn;
+  p = plain;
+  list << ", NOW()";
+  p << o.idColumn;
+  EXPECT_EQ(Text(p.ProjectQuery()), "o.note, NOW(), o.id");
+  EXPECT_EQ(Text(p.GroupQuery()), "o.note, o.id");
+}
+
 TEST_F(Project, PlainColumnsAreGroupedByWithoutWhatWasWrittenIntoTheSelectList) {
   p << o.idColumn;
   p.ProjectQueryForUpdate() << ", NOW()";
