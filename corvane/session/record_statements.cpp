@@ -228,32 +228,64 @@ void AppendEach(Str& out, ASDomain const& record, std::string_view first, std::s
   }
 }
 
-bool IsKey(ASAttribute const& attribute) { return attribute.IsKey() != 0; }
-bool IsNoKey(ASAttribute const& attribute) { return attribute.IsKey() == 0; }
-bool IsWrittenOnInsert(ASAttribute const& attribute) { return attribute.IsAutoIncKey() == 0; }
-bool Any(ASAttribute const&) { return true; }
+// Objects, not functions, which would be called through a pointer.
+constexpr auto IsKey = [](ASAttribute const& attribute) { return attribute.IsKey() != 0; };
+constexpr auto IsNoKey = [](ASAttribute const& attribute) { return attribute.IsKey() == 0; };
+constexpr auto IsWrittenOnInsert = [](ASAttribute const& attribute) { return attribute.IsAutoIncKey() == 0; };
+constexpr auto Any = [](ASAttribute const&) { return true; };
+constexpr auto None = [](ASAttribute const&) { return false; };
 
-// Appends a name between the quotes of identifiers.
+// What stands before and behind a name.
 struct Quoted {
   std::string_view prefix;
   std::string_view suffix;
+
+  std::size_t Room() const { return prefix.size() + suffix.size(); }
+  char* Put(char* at, std::string_view name) const { return PutText(PutText(PutText(at, prefix), name), suffix); }
+
   void Append(Str& out, Str const& name) const {
     std::string_view const text = name.View();
-    out.AppendWith(prefix.size() + text.size() + suffix.size(), [this, text](char* const begin) {
-      return static_cast<std::size_t>(Put(Put(Put(begin, prefix), text), suffix) - begin);
-    });
+    out.AppendWith(Room() + text.size(),
+                   [this, text](char* const begin) { return static_cast<std::size_t>(Put(begin, text) - begin); });
   }
 
-  // Quotes are one character.
-  static char* Put(char* at, std::string_view text) {
+  // Quotes are one character, or none.
+  static char* PutText(char* at, std::string_view text) {
     if (text.size() == 1) {
       *at = text.front();
-    } else {
+    } else if (!text.empty()) {
       std::memcpy(at, text.data(), text.size());
     }
     return at + text.size();
   }
 };
+
+// A geometry is read as well-known binary.
+constexpr Quoted kAsBinary{"AsBinary(", ")"};
+
+constexpr auto IsGeometry = [](ASAttribute const& attribute) {
+  return attribute.Data() != nullptr && attribute.Data()->GetDBType() == corvane::kDbGeometry;
+};
+
+// Appends the names of the attributes that `wanted` admits, with separators; those that `binary` admits as binary. Room
+// for all is made at once, since making it name by name takes longer than writing them.
+template <class Wanted, class Binary>
+void AppendNames(Str& out, Quoted const& quoted, ASDomain const& record, Wanted wanted, Binary binary) {
+  constexpr std::string_view kBetween = kSeparator;
+  std::size_t room = record.size() * (quoted.Room() + kAsBinary.Room() + kBetween.size());
+  for (ASAttribute const* const attribute : record) {
+    if (IsColumn(attribute)) room += attribute->Name().View().size();
+  }
+  out.AppendWith(room, [&](char* const begin) {
+    char* at = begin;
+    for (ASAttribute const* const attribute : record) {
+      if (!IsColumn(attribute) || !wanted(*attribute)) continue;
+      if (at != begin) at = Quoted::PutText(at, kBetween);
+      at = (binary(*attribute) ? kAsBinary : quoted).Put(at, attribute->Name().View());
+    }
+    return static_cast<std::size_t>(at - begin);
+  });
+}
 
 // Appends the value of a key column through `append`, or its placeholder; nothing for a column without value.
 template <class Append>
@@ -342,8 +374,7 @@ Str ASSession::InsertQuery(ASDomain const& record, int /*mode*/) const {
   text << "INSERT INTO ";
   quoted.Append(text, record.Name());
   text << " (";
-  AppendEach(text, record, "", kSeparator, IsWrittenOnInsert,
-             [&](ASAttribute const& attribute) { quoted.Append(text, attribute.Name()); });
+  AppendNames(text, quoted, record, IsWrittenOnInsert, None);
   text << ") VALUES (";
   AppendEach(text, record, "", kSeparator, IsWrittenOnInsert,
              [&](ASAttribute const& attribute) { AppendValue(text, attribute); });
@@ -355,13 +386,7 @@ Str ASSession::SelectQuery(ASDomain const& record, int mode) const {
   Quoted const quoted{kwPrefix_.View(), kwSuffix_.View()};
   Str text = StartStatement(record);
   text << "SELECT ";
-  AppendEach(text, record, "", kSeparator, Any, [&](ASAttribute const& attribute) {
-    if (attribute.Data() != nullptr && attribute.Data()->GetDBType() == corvane::kDbGeometry) {
-      text << "AsBinary(" << attribute.Name() << ')';
-    } else {
-      quoted.Append(text, attribute.Name());
-    }
-  });
+  AppendNames(text, quoted, record, Any, IsGeometry);
   text << " FROM ";
   quoted.Append(text, record.Name());
   if (mode != kNoCondition) AppendKeyCondition(text, quoted, record, mode);
@@ -398,9 +423,7 @@ Str ASSession::DeleteQuery(ASDomain const& record, int mode) const {
 Str ASSession::SaveQuery(ASDomain const& record, int mode) const {
   Quoted const quoted{kwPrefix_.View(), kwSuffix_.View()};
   Str text = StartStatement(record);
-  auto const appendColumns = [&] {
-    AppendEach(text, record, "", kSeparator, Any, [&](ASAttribute const& attribute) { text << attribute.Name(); });
-  };
+  auto const appendColumns = [&] { AppendNames(text, Quoted{}, record, Any, None); };
   text << "INSERT INTO ";
   quoted.Append(text, record.Name() + "Arc");
   text << " (";
