@@ -3,8 +3,8 @@
 
 Runs the programs of one folder beside a server (tools/private-server run -- ...), each workload in a process of its
 own. CPU time (user and system of the client alone), elapsed time and the growth of the peak of memory are medians of
-pairs: raw, a program, raw, the next program, and so on, several times over. The ratio is the median of the pairs'
-ratios. Instructions are counted by callgrind, with less work, since they do not vary. What the programs have read or
+pairs: raw, a program, raw, the next program, and so on, several times over; every other time raw is the second of its
+pair. The ratio is the median of the pairs' ratios. Instructions are counted by callgrind, with less work, since they do not vary. What the programs have read or
 written is compared each time.
 
     bench/compare.py --programs build/bench/bench                  everything, the figures of docs/performance.md
@@ -49,6 +49,8 @@ PROGRAMS = {
 }
 COMPARED = ("cpu", "wall", "memory")
 LEAST = 3  # pairs of the library itself, and all that growth is measured by
+AGAIN = "raw, again"  # compared with itself, which shows how much of a ratio is chance
+VARYING = 15  # the same where most of the time is the kernel's, which takes now more, now less for the same work
 
 
 @dataclass(frozen=True)
@@ -63,6 +65,7 @@ class Workload:
     counted: tuple[int, int] | None  # two sizes whose difference gives the instructions of one unit
     alone: bool = False  # only raw and the library do it
     variants: tuple[tuple[str, str], ...] = ()  # title and workload of other ways in `raw`
+    varies: bool = False  # pairs differ so much that there are more of them, and raw is compared with itself
 
 
 @dataclass(frozen=True)
@@ -83,9 +86,9 @@ HASHED = (("raw, hashed", "hit_hashed"),)
 WORKLOADS = (
     Workload("fetch", "Rows into a vector", "row", (100_000, 1_000_000), (100_000,), (1_000, 3_000)),
     Workload("iterate", "Rows into one record", "row", (100_000, 1_000_000), (100_000,), (1_000, 3_000), variants=VECTOR),
-    Workload("select", "Selects by key", "select", (20_000,), (5_000,), (200, 700)),
-    Workload("insert", "Inserts", "insert", (20_000,), (5_000,), (200, 700)),
-    Workload("update", "Updates by key", "update", (20_000,), (5_000,), (200, 700)),
+    Workload("select", "Selects by key", "select", (20_000,), (5_000,), (200, 700), varies=True),
+    Workload("insert", "Inserts", "insert", (20_000,), (5_000,), (200, 700), varies=True),
+    Workload("update", "Updates by key", "update", (20_000,), (5_000,), (200, 700), varies=True),
     Workload("render_kept", "Query kept, text", "text", (1_000_000,), (100_000,), (500, 1_500), True, FIXED),
     Workload("render_built", "Query built anew, text", "text", (1_000_000,), (100_000,), (500, 1_500), True, FIXED),
     Workload("fill", "Cache filled, records", "record", (100_000, 1_000_000), (), (1_000, 3_000), True),
@@ -222,14 +225,19 @@ def ratios(pairs: list[tuple[Figures, Figures]]) -> Row:
     return {f"{key} ratio": median(other[key] / raw[key] for raw, other in pairs) for key in compared}
 
 
-def pairs(programs: Programs, ways: dict[str, tuple[str, str]], workload: str, size: int, count: int) -> list[Row]:
-    """The lines of one workload: raw, and each way to do it, a program and the workload's name there, by title."""
+def pairs(
+    programs: Programs, ways: dict[str, tuple[str, str]], workload: str, size: int, count: int, least: int
+) -> list[Row]:
+    """The lines of one workload: raw, and each way to do it, a program and the workload's name there, by title. There
+    are at least `least` pairs of the library, and of raw with itself."""
     samples: dict[str, list[tuple[Figures, Figures]]] = {title: [] for title in ways}
-    for turn in range(max(count, LEAST)):
+    for turn in range(max(count, least)):
         for title, (name, variant) in ways.items():
-            if turn >= count and name != "corvane":
+            if turn >= count and name != "corvane" and title != AGAIN:
                 continue
-            raw, other = programs.run("raw", workload, size), programs.run(name, variant, size)
+            pair = [("raw", workload), (name, variant)]
+            figures = [programs.run(*one, size) for one in (pair if turn % 2 == 0 else reversed(pair))]
+            raw, other = figures if turn % 2 == 0 else reversed(figures)
             same(title, workload, size, raw, other)
             samples[title].append((raw, other))
     lines = [line("raw", [raw for taken in samples.values() for raw, _ in taken])]
@@ -240,15 +248,17 @@ def pairs(programs: Programs, ways: dict[str, tuple[str, str]], workload: str, s
 def ways(programs: Programs, workload: Workload) -> dict[str, tuple[str, str]]:
     names = ["corvane"] if workload.alone else programs.names[1:]
     found = {PROGRAMS[name][0]: (name, workload.name) for name in names}
-    return found | {title: ("raw", variant) for title, variant in workload.variants}
+    found |= {title: ("raw", variant) for title, variant in workload.variants}
+    return found | ({AGAIN: ("raw", workload.name)} if workload.varies else {})
 
 
 def compare(programs: Programs, workloads: list[Workload], quick: bool, count: int) -> list[Row]:
     rows: list[Row] = []
     for workload in workloads:
+        least = VARYING if workload.varies and not quick else LEAST
         for size in workload.quick if quick else workload.sizes:
             tell(f"{workload.title}, {size:,}")
-            lines = pairs(programs, ways(programs, workload), workload.name, size, count)
+            lines = pairs(programs, ways(programs, workload), workload.name, size, count, least)
             rows += [{"workload": workload.name, "size": size} | one for one in lines]
     return rows
 
@@ -297,7 +307,7 @@ def grow(programs: Programs, growths: list[Growth]) -> list[Row]:
     for growth in growths:
         for size in growth.sizes:
             tell(f"{growth.title}, {size:,}")
-            lines = pairs(programs, {"Corvane": ("corvane", growth.workload)}, growth.workload, size, LEAST)
+            lines = pairs(programs, {"Corvane": ("corvane", growth.workload)}, growth.workload, size, LEAST, LEAST)
             rows += [{"growth": growth.name, "size": size} | one for one in lines]
     return rows
 
