@@ -312,7 +312,7 @@ def grow(programs: Programs, growths: list[Growth]) -> list[Row]:
     return rows
 
 
-def facts(programs: Programs, count: int) -> dict[str, str]:
+def facts(programs: Programs, count: int, quick: bool) -> dict[str, str]:
     """Where and with what it was measured."""
 
     def version(package: str) -> str:
@@ -328,7 +328,7 @@ def facts(programs: Programs, count: int) -> dict[str, str]:
         "Compiler": compiler,
         "Server": f"mariadb-server-core {version('mariadb-server-core')}, on the same machine",
         "Client library": f"libmariadb3 {version('libmariadb3')}",
-        "Pairs": f"{max(count, LEAST)} of Corvane, {count} of the others",
+        "Pairs": f"{count}; of Corvane {max(count, LEAST if quick else VARYING)} for single rows, else {max(count, LEAST)}",
     }
     for name, (title, package) in PROGRAMS.items():
         if package is not None and package != "libmariadb-dev":
@@ -548,6 +548,7 @@ def arguments() -> argparse.Namespace:
     parser.add_argument("--check", action="store_true", help="compare what is read and written, measure nothing")
     parser.add_argument("--redraw", action="store_true", help="write the page and charts from results.json again")
     parser.add_argument("--repeat", type=int, metavar="N", help="pairs; 5, with --quick 1; growth has 3")
+    parser.add_argument("--dry-run", action="store_true", help="look at the arguments only")
     parser.add_argument("--only", metavar="LIST", help="of the workloads and growths these, with commas between")
     parser.add_argument("--output", type=Path, metavar="DIR", help="where the results go; docs/performance")
     return parser.parse_args()
@@ -555,6 +556,13 @@ def arguments() -> argparse.Namespace:
 
 def main() -> None:
     options = arguments()
+    only = options.only.split(",") if options.only else []
+    workloads = [one for one in WORKLOADS if not only or one.name in only]
+    growths = [one for one in GROWTHS if not options.quick and (not only or one.name in only)]
+    if unknown := set(only) - {one.name for one in (*WORKLOADS, *GROWTHS)}:
+        fail(f"no such workload: {', '.join(sorted(unknown))}")
+    if options.dry_run:
+        return None
     if options.redraw:
         output = options.output or OUTPUT
         return write(json.loads((output / "results.json").read_text()), output)
@@ -565,11 +573,6 @@ def main() -> None:
     programs = Programs(options.programs)
     if options.check:
         return check(programs)
-    only = options.only.split(",") if options.only else []
-    workloads = [one for one in WORKLOADS if not only or one.name in only]
-    growths = [one for one in GROWTHS if not options.quick and (not only or one.name in only)]
-    if unknown := set(only) - {one.name for one in (*WORKLOADS, *GROWTHS)}:
-        fail(f"no such workload: {', '.join(sorted(unknown))}")
     count = options.repeat or (1 if options.quick else 5)
     needed = [max(one.quick if options.quick else one.sizes, default=0) for one in workloads]
     needed += [max(one.sizes) for one in growths if one.workload in ("fetch", "hit")]
@@ -578,7 +581,7 @@ def main() -> None:
     rows = compare(programs, workloads, options.quick, count)
     count_instructions(programs, workloads, options.quick, rows)
     grown = grow(programs, growths)
-    results = {"facts": facts(programs, count), "rows": rows, "growth": grown}
+    results = {"facts": facts(programs, count, options.quick), "rows": rows, "growth": grown}
     print(markdown(results))
     output = options.output or (None if options.quick or only else OUTPUT)
     if output is not None:

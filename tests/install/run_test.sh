@@ -196,7 +196,13 @@ for chore in test sanitize; do
     # shellcheck disable=SC2086  # words
     try 2 $chore $options
   done
+  try 2 $chore --rerun-failed -R
+  says "run: -R needs a value behind it
+./run help $chore says what there is."
 done
+try 2 bench --quick --only
+says "run: --only needs a value behind it
+./run help bench says what there is."
 
 if [[ -n ${CORVANE_TALLY:-} ]]; then
   printf '%d\t./run called where it cannot go on, or for help\tmessage, status, and that it changes nothing\n' \
