@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string_view>
 #include <typeinfo>
+#include <utility>
 
 #include "corvane/data/blob.h"
 #include "corvane/data/dcurrency.h"
@@ -278,9 +279,10 @@ void AppendNames(Str& out, Quoted const& quoted, ASDomain const& record, Wanted 
   }
   out.AppendWith(room, [&](char* const begin) {
     char* at = begin;
+    bool first = true;
     for (ASAttribute const* const attribute : record) {
       if (!IsColumn(attribute) || !wanted(*attribute)) continue;
-      if (at != begin) at = Quoted::PutText(at, kBetween);
+      if (!std::exchange(first, false)) at = Quoted::PutText(at, kBetween);
       at = (binary(*attribute) ? kAsBinary : quoted).Put(at, attribute->Name().View());
     }
     return static_cast<std::size_t>(at - begin);

@@ -828,6 +828,16 @@ TEST_F(SaveQuery, OfARecordWithoutColumnsListsNone) {
   EXPECT_EQ(session->SaveQuery(ASDomain("t", ""), 0), "INSERT INTO `tArc` () SELECT  FROM `t`");
 }
 
+TEST_F(SaveQuery, OfAColumnWithoutNameKeepsItsPlace) {
+  struct : ASDomain {
+    ASInt first, second;
+    ASAttribute firstColumn{""}, secondColumn{"b"};
+  } record;
+  record.Add(record.firstColumn, record.first).Add(record.secondColumn, record.second);
+  EXPECT_EQ(session->SaveQuery(record, 0), "INSERT INTO `Arc` (, b) SELECT , b FROM ``");
+  EXPECT_EQ(session->InsertQuery(record, 0), "INSERT INTO `` (``, `b`) VALUES (NULL, NULL)");
+}
+
 TEST_F(SaveQuery, NamesThePlacesOfTheKeysInEveryOtherMode) {
   Link const record;
   EXPECT_EQ(session->SaveQuery(record, 1),
