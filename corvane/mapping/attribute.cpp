@@ -35,7 +35,7 @@ void ASSimpleAttribute::AppendTo(Str& out, char const* before) const {
 
 ASAttribute::ASAttribute() : ASAttribute("") {}
 
-ASAttribute::ASAttribute(Str const& name) : ASAttribute(name, "", 0, 0) {}
+ASAttribute::ASAttribute(Str const& name) : names_(std::make_shared<Names const>(name, "")) {}
 
 ASAttribute::ASAttribute(Str const& name, Str const& label, int acType, int flags)
     : acType_(acType), names_(std::make_shared<Names const>(name, label)), flags_(flags) {}

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "corvane/data/value/number.h"
 #include "corvane/data/value/relation.h"
@@ -307,7 +308,7 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   friend class ASSimpleAttribute;
 
   struct Names {
-    Names(Str const& ofColumn, Str const& forPeople) : name(ofColumn), label(forPeople) {}
+    Names(Str ofColumn, Str forPeople) : name(std::move(ofColumn)), label(std::move(forPeople)) {}
     Str name;
     Str label;
   };

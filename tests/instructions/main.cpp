@@ -129,6 +129,9 @@ class Figures {
   Account const& Filled(long i) const { return accounts_[static_cast<std::size_t>(i) % accounts_.size()]; }
 
   void CountRecords() {
+    Count("record made", 200, [](long times) {
+      for (long i = 0; i < times; ++i) Check(Account().size() == 10, "not all columns");
+    });
     CountText("insert text", [&](long i) { return session_.InsertQuery(Filled(i), 0); });
     CountText("update text", [&](long i) { return session_.UpdateQuery(Filled(i), 0); });
     CountText("select text", [&](long i) { return session_.SelectQuery(Filled(i), 0); });
