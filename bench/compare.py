@@ -4,8 +4,8 @@
 Runs the programs of one folder beside a server (tools/private-server run -- ...), each workload in a process of its
 own. CPU time (user and system of the client alone), elapsed time and the growth of the peak of memory are medians of
 pairs: raw, a program, raw, the next program, and so on, several times over; every other time raw is the second of its
-pair. The ratio is the median of the pairs' ratios. Instructions are counted by callgrind, with less work, since they do not vary. What the programs have read or
-written is compared each time.
+pair. The ratio is the median of the pairs' ratios. Instructions are counted by callgrind, with less work, since they
+do not vary. What the programs have read or written is compared each time.
 
     bench/compare.py --programs build/bench/bench                  everything, the figures of docs/performance.md
     bench/compare.py --programs build/bench/bench --quick          fewer and smaller, in under two minutes
@@ -547,7 +547,8 @@ def arguments() -> argparse.Namespace:
     parser.add_argument("--quick", action="store_true", help="less work, one pair (of the library three), no growth")
     parser.add_argument("--check", action="store_true", help="compare what is read and written, measure nothing")
     parser.add_argument("--redraw", action="store_true", help="write the page and charts from results.json again")
-    parser.add_argument("--repeat", type=int, metavar="N", help="pairs; 5, with --quick 1; growth has 3")
+    several = "pairs; 5, with --quick 1; at least 3 of Corvane, 15 of single rows"
+    parser.add_argument("--repeat", type=int, metavar="N", help=several)
     parser.add_argument("--dry-run", action="store_true", help="look at the arguments only")
     parser.add_argument("--only", metavar="LIST", help="of the workloads and growths these, with commas between")
     parser.add_argument("--output", type=Path, metavar="DIR", help="where the results go; docs/performance")
@@ -556,6 +557,8 @@ def arguments() -> argparse.Namespace:
 
 def main() -> None:
     options = arguments()
+    if options.repeat is not None and options.repeat < 1:
+        fail("--repeat needs a number from 1 on")
     only = options.only.split(",") if options.only else []
     workloads = [one for one in WORKLOADS if not only or one.name in only]
     growths = [one for one in GROWTHS if not options.quick and (not only or one.name in only)]
