@@ -13,7 +13,7 @@ namespace {
 
 struct Book : ASDomain {
   Book() : ASDomain("example_book", "") { Add(idColumn, id).Add(titleColumn, title).Add(pagesColumn, pages); }
-  Book(Book const&) = delete;  // a record stays where it is
+  Book(Book&&) = delete;  // a record stays where it is
   Book& operator=(Book const&) = delete;
 
   ASInt id;

@@ -17,7 +17,7 @@ struct Parcel : ASDomain {
     Add(idColumn, id).Add(tagColumn, tag).Add(addresseeColumn, addressee).Add(noteColumn, note);
     Add(microgramsColumn, micrograms).Add(priceColumn, price).Add(sentColumn, sent).Add(sealColumn, seal);
   }
-  Parcel(Parcel const&) = delete;
+  Parcel(Parcel&&) = delete;
   Parcel& operator=(Parcel const&) = delete;
 
   ASInt id;

@@ -14,7 +14,7 @@ namespace {
 
 struct Account : ASDomain {
   Account() : ASDomain("example_account", "") { Add(idColumn, id).Add(balanceColumn, balance); }
-  Account(Account const&) = delete;
+  Account(Account&&) = delete;
   Account& operator=(Account const&) = delete;
 
   ASInt id;

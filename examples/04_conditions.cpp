@@ -15,7 +15,7 @@ namespace {
 
 struct Product : ASDomain {
   Product() : ASDomain("example_product", "") { Add(idColumn, id).Add(nameColumn, name).Add(priceColumn, price); }
-  Product(Product const&) = delete;
+  Product(Product&&) = delete;
   Product& operator=(Product const&) = delete;
 
   ASInt id;

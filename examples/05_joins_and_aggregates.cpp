@@ -14,7 +14,7 @@ namespace {
 
 struct Author : ASDomain {
   Author() : ASDomain("example_author", "") { Add(idColumn, id).Add(nameColumn, name); }
-  Author(Author const&) = delete;
+  Author(Author&&) = delete;
   Author& operator=(Author const&) = delete;
 
   ASInt id;
@@ -26,7 +26,7 @@ struct Author : ASDomain {
 
 struct Sale : ASDomain {
   Sale() : ASDomain("example_sale", "") { Add(idColumn, id).Add(authorColumn, author).Add(amountColumn, amount); }
-  Sale(Sale const&) = delete;
+  Sale(Sale&&) = delete;
   Sale& operator=(Sale const&) = delete;
 
   ASInt id, author;

@@ -16,7 +16,7 @@ constexpr int kReadings = 4000;
 
 struct Reading : ASDomain {
   Reading() : ASDomain("example_reading", "") { Add(idColumn, id).Add(degreesColumn, degrees).Add(noteColumn, note); }
-  Reading(Reading const&) = delete;
+  Reading(Reading&&) = delete;
   Reading& operator=(Reading const&) = delete;
 
   ASInt id;

@@ -13,7 +13,7 @@ namespace {
 
 struct Item : ASDomain {
   Item() : ASDomain("example_item", "") { Add(idColumn, id).Add(makerColumn, maker).Add(priceColumn, price); }
-  Item(Item const&) = delete;
+  Item(Item&&) = delete;
   Item& operator=(Item const&) = delete;
 
   ASInt id, maker;
@@ -26,7 +26,7 @@ struct Item : ASDomain {
 
 struct Maker : ASDomain {
   Maker() : ASDomain("example_maker", "") { Add(idColumn, id).Add(nameColumn, name); }
-  Maker(Maker const&) = delete;
+  Maker(Maker&&) = delete;
   Maker& operator=(Maker const&) = delete;
 
   ASInt id;

@@ -27,7 +27,7 @@ struct Country : ASCache {
 // A row of SHOW STATUS, taken by position.
 struct Status : ASDomain {
   Status() : ASDomain("", "") { Add(nameColumn, name).Add(valueColumn, value); }
-  Status(Status const&) = delete;
+  Status(Status&&) = delete;
   Status& operator=(Status const&) = delete;
 
   ASVStr name{64};

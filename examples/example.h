@@ -53,7 +53,7 @@ int Run(int count, char** arguments, Body body) {
 inline long Number(ASSession& session, Str const& statement) {
   struct Row : ASDomain {  // of no table
     Row() : ASDomain("", "") { Add(column, value); }
-    Row(Row const&) = delete;
+    Row(Row&&) = delete;
     Row& operator=(Row const&) = delete;
     ASInt64 value;
     ASAttribute column{"value"};

@@ -14,8 +14,9 @@
 ///
 /// Applications derive their record classes from it, with one value and one attribute member per column, joined by
 /// Add() in the constructor. Such a record owns neither list entries nor values: they are its members.
-/// Make record classes non-copyable, or give them an `operator=` that calls only ASDomain's: the operators that the
-/// compiler would write copy the attribute members too, and with them the pointers into the other record.
+/// Make record classes non-copyable, by `Item(Item&&) = delete;` (a deleted copy constructor alone leaves `a = b`), or
+/// give them an `operator=` that calls only ASDomain's: the operators that the compiler would write copy the attribute
+/// members too, and with them the pointers into the other record.
 /// A record must stay where it is, and live as long as a column of it is written anywhere: statements name it by its
 /// address.
 ///

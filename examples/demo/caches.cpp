@@ -29,7 +29,7 @@ struct CountryCache : ASCache {
 // No table: a row of SHOW STATUS.
 struct StatusRow : ASDomain {
   StatusRow() : ASDomain("", "") { Add(nameColumn, name).Add(valueColumn, value); }
-  StatusRow(StatusRow const&) = delete;
+  StatusRow(StatusRow&&) = delete;
   StatusRow& operator=(StatusRow const&) = delete;
 
   ASVStr name{64};

@@ -19,7 +19,7 @@ constexpr int kFarNorth = 65;
 // No table: what the question's three columns are read into.
 struct NorthernZone : ASDomain {
   NorthernZone() : ASDomain("", "") { Add(countryColumn, country).Add(zoneColumn, zone).Add(latitudeColumn, latitude); }
-  NorthernZone(NorthernZone const&) = delete;
+  NorthernZone(NorthernZone&&) = delete;
   NorthernZone& operator=(NorthernZone const&) = delete;
 
   ASVStr country{100 * kBytesPerCharacter};

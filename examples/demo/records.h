@@ -14,7 +14,7 @@ constexpr unsigned kBytesPerCharacter = 4;
 
 struct Country : ASDomain {
   Country();
-  Country(Country const&) = delete;
+  Country(Country&&) = delete;
   Country& operator=(Country const&) = delete;
 
   void Take(CountryLine const& line);
@@ -28,7 +28,7 @@ struct Country : ASDomain {
 
 struct Zone : ASDomain {
   Zone();
-  Zone(Zone const&) = delete;
+  Zone(Zone&&) = delete;
   Zone& operator=(Zone const&) = delete;
 
   /// Everything but the key, which the server gives.
@@ -50,7 +50,7 @@ struct Zone : ASDomain {
 /// A link: in this country the zone's time is kept.
 struct ZoneCountry : ASDomain {
   ZoneCountry();
-  ZoneCountry(ZoneCountry const&) = delete;
+  ZoneCountry(ZoneCountry&&) = delete;
   ZoneCountry& operator=(ZoneCountry const&) = delete;
 
   ASInt zoneId;
@@ -63,7 +63,7 @@ struct ZoneCountry : ASDomain {
 /// A file that was read.
 struct SourceFile : ASDomain {
   SourceFile();
-  SourceFile(SourceFile const&) = delete;
+  SourceFile(SourceFile&&) = delete;
   SourceFile& operator=(SourceFile const&) = delete;
 
   /// Everything but the key.
@@ -83,7 +83,7 @@ struct SourceFile : ASDomain {
 /// No table: what a SELECT of one number gives, fetched by position.
 struct NumberRow : ASDomain {
   NumberRow();
-  NumberRow(NumberRow const&) = delete;
+  NumberRow(NumberRow&&) = delete;
   NumberRow& operator=(NumberRow const&) = delete;
 
   ASInt64 number;
@@ -95,7 +95,7 @@ struct NumberRow : ASDomain {
 /// No table: what a SELECT of one text gives.
 struct TextRow : ASDomain {
   TextRow();
-  TextRow(TextRow const&) = delete;
+  TextRow(TextRow&&) = delete;
   TextRow& operator=(TextRow const&) = delete;
 
   ASVStr text{255};

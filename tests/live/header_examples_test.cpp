@@ -16,7 +16,7 @@ namespace {
 
 struct Country : ASDomain {
   Country() : ASDomain("country", "") { Add(codeColumn, code).Add(nameColumn, name); }
-  Country(Country const&) = delete;
+  Country(Country&&) = delete;
 
   ASStr code{2};
   ASVStr name{80};
@@ -26,7 +26,7 @@ struct Country : ASDomain {
 
 struct Zone : ASDomain {
   Zone() : ASDomain("zone", "") { Add(nameColumn, name).Add(countryColumn, country); }
-  Zone(Zone const&) = delete;
+  Zone(Zone&&) = delete;
 
   ASVStr name{80};
   ASStr country{2};
@@ -36,7 +36,7 @@ struct Zone : ASDomain {
 
 struct Maker : ASDomain {
   Maker() : ASDomain("maker", "") { Add(idColumn, id).Add(nameColumn, name); }
-  Maker(Maker const&) = delete;
+  Maker(Maker&&) = delete;
 
   ASInt id;
   ASVStr name{80};
@@ -48,7 +48,7 @@ struct Item : ASDomain {
   Item() : ASDomain("item", "") {
     Add(idColumn, id).Add(kindColumn, kind).Add(makerColumn, maker).Add(priceColumn, price).Add(markColumn, mark);
   }
-  Item(Item const&) = delete;
+  Item(Item&&) = delete;
 
   ASInt id, kind, maker;
   ASDouble price;
