@@ -144,7 +144,7 @@ class CORVANE_API ASAttribute : public ASSimpleAttribute {
   /// @}
 
   /// Comparisons with a number: "a=5", "a<>5", "a>2.5"; a character is one, too. Servers refuse a double that is not
-  /// finite (error 1054).
+  /// finite (error 1054), and compare a time with the number of its digits, 20260131120000: give an ASTime instead.
   /// @{
   ASComparison operator==(int number) const;
   ASComparison operator!=(int number) const;

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <typeinfo>
 #include <utility>
 
@@ -22,6 +23,7 @@
 #include "corvane/data/vstr.h"
 #include "corvane/internal/number_text.h"
 #include "corvane/internal/same_kind.h"
+#include "corvane/internal/time_text.h"
 
 namespace corvane::internal {
 
@@ -33,6 +35,14 @@ constexpr int kCurrencyMark = 2;
 
 // Servers put the number of the spatial reference system in front of a geometry.
 constexpr std::size_t kSpatialId = 4;
+
+// As ASTime::YYMMDDtoInt(), which has to look for the end of the text first.
+int ReadTime(char const* text, std::size_t length) {
+  if (text != nullptr && length >= kTimeLength) {
+    if (std::optional<int> const seconds = ReadPlainTime(text)) return *seconds;
+  }
+  return ASTime::YYMMDDtoInt(text);
+}
 
 }  // namespace
 
@@ -200,7 +210,7 @@ void ResultRows::ReadInto(UU& cell, char* area, Column const& column, char const
       return;
     case Kind::kTime:
     case Kind::kTimeNumber:
-      cell.value.integer = ASTime::YYMMDDtoInt(text);
+      cell.value.integer = ReadTime(text, length);
       return;
     case Kind::kCurrency:
       cell.extra.constant = kCurrencyConstant;
