@@ -14,7 +14,6 @@ namespace {
 struct Book : ASDomain {
   Book() : ASDomain("example_book", "") { Add(idColumn, id).Add(titleColumn, title).Add(pagesColumn, pages); }
   Book(Book&&) = delete;  // a record stays where it is
-  Book& operator=(Book const&) = delete;
 
   ASInt id;
   ASVStr title{4 * 60};  // VARCHAR(60): capacities are in bytes, four at most for a character

@@ -18,7 +18,6 @@ struct Parcel : ASDomain {
     Add(microgramsColumn, micrograms).Add(priceColumn, price).Add(sentColumn, sent).Add(sealColumn, seal);
   }
   Parcel(Parcel&&) = delete;
-  Parcel& operator=(Parcel const&) = delete;
 
   ASInt id;
   ASGuid tag;

@@ -15,7 +15,6 @@ namespace {
 struct Account : ASDomain {
   Account() : ASDomain("example_account", "") { Add(idColumn, id).Add(balanceColumn, balance); }
   Account(Account&&) = delete;
-  Account& operator=(Account const&) = delete;
 
   ASInt id;
   ASInt64 balance;

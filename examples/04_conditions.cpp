@@ -16,7 +16,6 @@ namespace {
 struct Product : ASDomain {
   Product() : ASDomain("example_product", "") { Add(idColumn, id).Add(nameColumn, name).Add(priceColumn, price); }
   Product(Product&&) = delete;
-  Product& operator=(Product const&) = delete;
 
   ASInt id;
   ASVStr name{4 * 60};

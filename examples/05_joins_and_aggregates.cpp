@@ -15,7 +15,6 @@ namespace {
 struct Author : ASDomain {
   Author() : ASDomain("example_author", "") { Add(idColumn, id).Add(nameColumn, name); }
   Author(Author&&) = delete;
-  Author& operator=(Author const&) = delete;
 
   ASInt id;
   ASVStr name{4 * 40};
@@ -27,7 +26,6 @@ struct Author : ASDomain {
 struct Sale : ASDomain {
   Sale() : ASDomain("example_sale", "") { Add(idColumn, id).Add(authorColumn, author).Add(amountColumn, amount); }
   Sale(Sale&&) = delete;
-  Sale& operator=(Sale const&) = delete;
 
   ASInt id, author;
   ASDouble amount;

@@ -17,7 +17,6 @@ constexpr int kReadings = 4000;
 struct Reading : ASDomain {
   Reading() : ASDomain("example_reading", "") { Add(idColumn, id).Add(degreesColumn, degrees).Add(noteColumn, note); }
   Reading(Reading&&) = delete;
-  Reading& operator=(Reading const&) = delete;
 
   ASInt id;
   ASDouble degrees;

@@ -14,7 +14,6 @@ namespace {
 struct Item : ASDomain {
   Item() : ASDomain("example_item", "") { Add(idColumn, id).Add(makerColumn, maker).Add(priceColumn, price); }
   Item(Item&&) = delete;
-  Item& operator=(Item const&) = delete;
 
   ASInt id, maker;
   ASDouble price;
@@ -27,7 +26,6 @@ struct Item : ASDomain {
 struct Maker : ASDomain {
   Maker() : ASDomain("example_maker", "") { Add(idColumn, id).Add(nameColumn, name); }
   Maker(Maker&&) = delete;
-  Maker& operator=(Maker const&) = delete;
 
   ASInt id;
   ASVStr name{4 * 40};

@@ -14,7 +14,6 @@ namespace {
 struct Invoice : ASDomain {
   Invoice() : ASDomain("example_invoice", "") { Add(numberColumn, number).Add(customerColumn, customer); }
   Invoice(Invoice&&) = delete;
-  Invoice& operator=(Invoice const&) = delete;
 
   ASInt number;  // given by the sequence: it is known before the row is inserted
   ASVStr customer{4 * 40};

@@ -28,7 +28,6 @@ struct Country : ASCache {
 struct Status : ASDomain {
   Status() : ASDomain("", "") { Add(nameColumn, name).Add(valueColumn, value); }
   Status(Status&&) = delete;
-  Status& operator=(Status const&) = delete;
 
   ASVStr name{64};
   ASInt64 value;

@@ -15,7 +15,6 @@ namespace {
 struct Order : ASDomain {
   Order() : ASDomain("example_order", "") { Add(keyColumn, key).Add(amountColumn, amount); }
   Order(Order&&) = delete;
-  Order& operator=(Order const&) = delete;
 
   ASVStr key{36};  // from the customer, the same in each attempt
   ASInt64 amount;

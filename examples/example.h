@@ -54,7 +54,6 @@ inline long Number(ASSession& session, Str const& statement) {
   struct Row : ASDomain {  // of no table
     Row() : ASDomain("", "") { Add(column, value); }
     Row(Row&&) = delete;
-    Row& operator=(Row const&) = delete;
     ASInt64 value;
     ASAttribute column{"value"};
   } row;

@@ -30,7 +30,6 @@ struct CountryCache : ASCache {
 struct StatusRow : ASDomain {
   StatusRow() : ASDomain("", "") { Add(nameColumn, name).Add(valueColumn, value); }
   StatusRow(StatusRow&&) = delete;
-  StatusRow& operator=(StatusRow const&) = delete;
 
   ASVStr name{64};
   ASInt64 value;

@@ -20,7 +20,6 @@ constexpr int kFarNorth = 65;
 struct NorthernZone : ASDomain {
   NorthernZone() : ASDomain("", "") { Add(countryColumn, country).Add(zoneColumn, zone).Add(latitudeColumn, latitude); }
   NorthernZone(NorthernZone&&) = delete;
-  NorthernZone& operator=(NorthernZone const&) = delete;
 
   ASVStr country{100 * kBytesPerCharacter};
   ASVStr zone{64 * kBytesPerCharacter};

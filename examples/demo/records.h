@@ -15,7 +15,6 @@ constexpr unsigned kBytesPerCharacter = 4;
 struct Country : ASDomain {
   Country();
   Country(Country&&) = delete;
-  Country& operator=(Country const&) = delete;
 
   void Take(CountryLine const& line);
 
@@ -29,7 +28,6 @@ struct Country : ASDomain {
 struct Zone : ASDomain {
   Zone();
   Zone(Zone&&) = delete;
-  Zone& operator=(Zone const&) = delete;
 
   /// Everything but the key, which the server gives.
   void Take(ZoneLine const& line);
@@ -51,7 +49,6 @@ struct Zone : ASDomain {
 struct ZoneCountry : ASDomain {
   ZoneCountry();
   ZoneCountry(ZoneCountry&&) = delete;
-  ZoneCountry& operator=(ZoneCountry const&) = delete;
 
   ASInt zoneId;
   ASStr countryCode{2};
@@ -64,7 +61,6 @@ struct ZoneCountry : ASDomain {
 struct SourceFile : ASDomain {
   SourceFile();
   SourceFile(SourceFile&&) = delete;
-  SourceFile& operator=(SourceFile const&) = delete;
 
   /// Everything but the key.
   void Take(File const& file);
@@ -84,7 +80,6 @@ struct SourceFile : ASDomain {
 struct NumberRow : ASDomain {
   NumberRow();
   NumberRow(NumberRow&&) = delete;
-  NumberRow& operator=(NumberRow const&) = delete;
 
   ASInt64 number;
 
@@ -96,7 +91,6 @@ struct NumberRow : ASDomain {
 struct TextRow : ASDomain {
   TextRow();
   TextRow(TextRow&&) = delete;
-  TextRow& operator=(TextRow const&) = delete;
 
   ASVStr text{255};
 
